@@ -1,0 +1,39 @@
+#!/usr/bin/env bash
+# Installs every Debian package that building, running and testing Pelwright needs.
+# Idempotent: packages already present are skipped, and the package index is
+# refreshed only when something is missing.
+set -euo pipefail
+
+PACKAGES=(
+  # toolchain
+  build-essential cmake ninja-build pkg-config ccache git
+  # Qt 6 widgets, printing, PDF pages, SVG, OpenGL viewport
+  qt6-base-dev qt6-base-dev-tools qt6-pdf-dev qt6-svg-dev libqt6opengl6-dev libqt6svg6
+  qt6-qpa-plugins libgl-dev libglu1-mesa-dev
+  fontconfig fonts-dejavu-core
+  # libraries of the model and the file formats
+  nlohmann-json3-dev libpugixml-dev libzip-dev zlib1g-dev libpcre2-dev
+  libpolyclipping-dev libcpp-httplib-dev libssl-dev
+  # tests and benchmarks
+  libgtest-dev libgmock-dev googletest libbenchmark-dev
+  # a virtual display for screenshots of the real window
+  xvfb xauth
+)
+
+missing=()
+for p in "${PACKAGES[@]}"; do
+  if ! dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed"; then
+    missing+=("$p")
+  fi
+done
+
+if [ ${#missing[@]} -eq 0 ]; then
+  exit 0
+fi
+
+echo "setup: installing ${missing[*]}"
+SUDO=""
+if [ "$(id -u)" -ne 0 ]; then SUDO="sudo"; fi
+export DEBIAN_FRONTEND=noninteractive
+$SUDO apt-get update -q
+$SUDO apt-get install -y -q --no-install-recommends "${missing[@]}"

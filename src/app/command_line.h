@@ -1,0 +1,21 @@
+// The program's command line.
+#pragma once
+
+#include <string>
+#include <vector>
+
+struct TCommandLine {
+  bool headless = false;
+  bool help = false;
+  int apiPort = 7777;
+  // Arguments left for the controller, in order: a project file, and
+  // "--instance-id" with its stamp for a launched instance.
+  std::vector<std::string> args;
+  // Set when the line cannot be understood; the program then says it and ends.
+  std::string error;
+};
+
+TCommandLine parseCommandLine(int argc, const char* const* argv);
+
+// The text of --help.
+std::string commandLineHelp();

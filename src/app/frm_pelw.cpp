@@ -1,0 +1,86 @@
+#include "app/frm_pelw.h"
+
+#include <filesystem>
+
+#include "api/mcp_routes.h"
+#include "app/app_paths.h"
+#include "app/ini_file.h"
+
+TfrmPelw::TfrmPelw() = default;
+
+TfrmPelw::~TfrmPelw() { FormDestroy(); }
+
+std::string TfrmPelw::optionsFileName() const { return joinPath(FAppDataPath, "pw_options.ini"); }
+
+void TfrmPelw::FormCreate(const std::vector<std::string>& args) {
+  if (FCreated) return;
+  FCreated = true;
+  (void)args;
+  FMultiLang = std::make_unique<TMultiLang>();
+  if (FAppDataPath.empty()) FAppDataPath = defaultAppDataPath();
+  ensureFolder(FAppDataPath);
+  PathList = std::make_unique<TShapeList>(FMultiLang.get(), FLangID);
+  FIntersections = std::make_unique<TIntersections>();
+  FRouter.setRoutes(buildMcpRoutes(*this));
+  startMCPServerIfEnabled();
+}
+
+void TfrmPelw::FormDestroy() {
+  if (!FCreated || FDestroyed) return;
+  FDestroyed = true;
+  stopMCPServer();
+}
+
+void TfrmPelw::startMCPServerIfEnabled() {
+  bool enabled = false;
+  try {
+    const std::string file = optionsFileName();
+    if (std::filesystem::exists(file)) enabled = TIniFile(file).ReadBool("MCP", "EnableServer", enabled);
+  } catch (...) {
+    // An unreadable options file leaves the server off.
+  }
+  if (!enabled) return;
+  try {
+    FMCPServer = std::make_unique<TPWMCPServer>(
+        FApiPort, [this](const std::string& method, const std::string& path, const std::string& body,
+                         int& status, std::string& contentType) {
+          return mcpDispatch(method, path, body, status, contentType);
+        });
+    FMCPServer->Start();
+  } catch (...) {
+    // The port is taken, most likely by another copy of the program: go on
+    // without a server and say nothing.
+    FMCPServer.reset();
+  }
+}
+
+void TfrmPelw::stopMCPServer() {
+  if (!FMCPServer) return;
+  // Requests already waiting are answered, later ones refused; then the
+  // server can close without waiting on a request that waits on us.
+  FMainCalls.close();
+  FMainCalls.drain();
+  FMainCalls.cancelPending();
+  FMCPServer->Stop();
+  FMCPServer.reset();
+}
+
+std::string TfrmPelw::mcpDispatch(const std::string& method, const std::string& path,
+                                  const std::string& body, int& status, std::string& contentType) {
+  // The call record lives for this one request.
+  struct TCallRecord {
+    std::string body, result, path, method;
+    int status = 200;
+  } record{body, {}, path, method, 200};
+  status = 200;
+  contentType = "application/json; charset=utf-8";
+  const bool ran = FMainCalls.runSync([this, &record] {
+    record.result = FRouter.route(record.method, record.path, record.body, record.status);
+  });
+  if (!ran) {
+    status = 503;
+    return mcpErrorBody("server is shutting down");
+  }
+  status = record.status;
+  return record.result;
+}

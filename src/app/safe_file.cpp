@@ -1,0 +1,51 @@
+#include "app/safe_file.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <fstream>
+#include <random>
+#include <sstream>
+#include <stdexcept>
+
+void writeFileAtomically(const std::string& filename, const std::string& contents) {
+  std::random_device rd;
+  const std::string tmp = filename + ".tmp" + std::to_string(rd() % 1000000);
+  const int fd = ::open(tmp.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
+  if (fd < 0)
+    throw std::runtime_error("Cannot write " + filename + ": " + std::strerror(errno));
+  size_t done = 0;
+  while (done < contents.size()) {
+    const ssize_t n = ::write(fd, contents.data() + done, contents.size() - done);
+    if (n < 0) {
+      if (errno == EINTR) continue;
+      const int err = errno;
+      ::close(fd);
+      ::unlink(tmp.c_str());
+      throw std::runtime_error("Cannot write " + filename + ": " + std::strerror(err));
+    }
+    done += static_cast<size_t>(n);
+  }
+  if (::fsync(fd) != 0 || ::close(fd) != 0) {
+    const int err = errno;
+    ::unlink(tmp.c_str());
+    throw std::runtime_error("Cannot write " + filename + ": " + std::strerror(err));
+  }
+  if (std::rename(tmp.c_str(), filename.c_str()) != 0) {
+    const int err = errno;
+    ::unlink(tmp.c_str());
+    throw std::runtime_error("Cannot write " + filename + ": " + std::strerror(err));
+  }
+}
+
+std::string readWholeFile(const std::string& filename) {
+  std::ifstream in(filename, std::ios::binary);
+  if (!in) throw std::runtime_error("Cannot read " + filename + ": " + std::strerror(errno));
+  std::ostringstream ss;
+  ss << in.rdbuf();
+  if (in.bad()) throw std::runtime_error("Cannot read " + filename);
+  return ss.str();
+}

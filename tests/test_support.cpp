@@ -59,3 +59,71 @@ bool portAcceptsConnections(int port) {
   ::close(s);
   return ok;
 }
+
+#include <signal.h>
+#include <spawn.h>
+#include <sys/wait.h>
+
+#include <chrono>
+#include <thread>
+
+extern char** environ;
+
+TChildProcess::TChildProcess(const std::string& program, const std::vector<std::string>& args,
+                             const std::vector<std::string>& extraEnv) {
+  std::vector<std::string> argStore{program};
+  argStore.insert(argStore.end(), args.begin(), args.end());
+  std::vector<char*> argv;
+  for (auto& a : argStore) argv.push_back(a.data());
+  argv.push_back(nullptr);
+  std::vector<std::string> envStore;
+  for (char** e = environ; *e; ++e) envStore.emplace_back(*e);
+  envStore.insert(envStore.end(), extraEnv.begin(), extraEnv.end());
+  std::vector<char*> envp;
+  for (auto& e : envStore) envp.push_back(e.data());
+  envp.push_back(nullptr);
+  if (posix_spawn(&FPid, program.c_str(), nullptr, nullptr, argv.data(), envp.data()) != 0)
+    throw std::runtime_error("cannot start " + program);
+}
+
+TChildProcess::~TChildProcess() {
+  if (FPid > 0 && !FReaped) {
+    ::kill(FPid, SIGKILL);
+    int status = 0;
+    ::waitpid(FPid, &status, 0);
+  }
+}
+
+void TChildProcess::signal(int sig) {
+  if (FPid > 0 && !FReaped) ::kill(FPid, sig);
+}
+
+bool TChildProcess::waitExit(int timeoutMs, int& status) {
+  const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(timeoutMs);
+  while (true) {
+    const pid_t r = ::waitpid(FPid, &status, WNOHANG);
+    if (r == FPid) {
+      FReaped = true;
+      return true;
+    }
+    if (std::chrono::steady_clock::now() >= deadline) return false;
+    std::this_thread::sleep_for(std::chrono::milliseconds(5));
+  }
+}
+
+bool TChildProcess::running() {
+  if (FReaped) return false;
+  int status = 0;
+  const pid_t r = ::waitpid(FPid, &status, WNOHANG);
+  if (r == FPid) FReaped = true;
+  return r == 0;
+}
+
+bool waitForPort(int port, int timeoutMs) {
+  const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(timeoutMs);
+  while (std::chrono::steady_clock::now() < deadline) {
+    if (portAcceptsConnections(port)) return true;
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+  }
+  return false;
+}

@@ -135,6 +135,9 @@ void TPWMCPServer::createServer() {
   });
   std::weak_ptr<httplib::Server> weak = FServer;
   svr.new_task_queue = [weak] { return new TThreadPerConnection(weak); };
+  // Headers and body leave in separate writes; without this a client that
+  // delays its acknowledgements stalls every reply on a kept-alive connection.
+  svr.set_tcp_nodelay(true);
   svr.set_keep_alive_max_count(1000000);
   svr.set_keep_alive_timeout(2);
   svr.set_payload_max_length(size_t(64) << 20);

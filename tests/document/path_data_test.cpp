@@ -1,5 +1,180 @@
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 #include "document/path_data.h"
 
-TEST(PathData, Placeholder) { EXPECT_TRUE(TPathData().isEmpty()); }
+namespace {
+
+std::string parsed(const std::string& svg) {
+  TPathData d;
+  d.setData(svg);
+  return d.getData();
+}
+
+}  // namespace
+
+TEST(PathDataText, EveryItemEndsInABlank) {
+  TPathData d;
+  d.MoveTo(TPointF(1, 2));
+  d.LineTo(TPointF(0.1f, -3));
+  d.CurveTo(TPointF(4, 5), TPointF(6, 7), TPointF(8, 9));
+  d.ClosePath();
+  EXPECT_EQ(d.getData(), "M1,2 L0.100000001490116,-3 C4,5 6,7 8,9 Z ");
+  EXPECT_EQ(TPathData().getData(), "");
+}
+
+TEST(PathDataText, RoundTripIsExact) {
+  TPathData d;
+  d.MoveTo(TPointF(1.0f / 3.0f, 2.7182817f));
+  d.CurveTo(TPointF(-1e-7f, 5e6f), TPointF(6, 7), TPointF(8, 9));
+  d.LineTo(TPointF(123456.79f, -0.001f));
+  d.ClosePath();
+  TPathData e;
+  EXPECT_TRUE(e.setData(d.getData()));
+  EXPECT_TRUE(e == d);
+  EXPECT_EQ(e.getData(), d.getData());
+}
+
+TEST(PathDataSvg, AbsoluteAndRelativeCommandsWithImplicitRepeats) {
+  EXPECT_EQ(parsed("M10 20 30 40 50 60"), "M10,20 L30,40 L50,60 ");
+  EXPECT_EQ(parsed("m10 20 5 5 l1 1 1 1"), "M10,20 L15,25 L16,26 L17,27 ");
+  EXPECT_EQ(parsed("M0,0 H10 V5 h-3 v-2 z"), "M0,0 L10,0 L10,5 L7,5 L7,3 Z ");
+  // Compact number syntax: signs and points separate numbers.
+  EXPECT_EQ(parsed("M1-2L.5.5-3e1-1E-1"), "M1,-2 L0.5,0.5 L-30,-0.100000001490116 ");
+  // After a close the pen is back at the figure's start.
+  EXPECT_EQ(parsed("M10,10 L20,10 Z l5,5"), "M10,10 L20,10 Z L15,15 ");
+}
+
+TEST(PathDataSvg, SmoothAndQuadraticCurvesBecomeCubics) {
+  EXPECT_EQ(parsed("M0,0 C1,2 3,4 5,6 S9,10 11,12"), "M0,0 C1,2 3,4 5,6 C7,8 9,10 11,12 ");
+  // S without a preceding cubic takes the current point as first control.
+  EXPECT_EQ(parsed("M0,0 S3,3 6,0"), "M0,0 C0,0 3,3 6,0 ");
+  // Q 3,6 6,0 from 0,0: controls at 2/3 of the way to the quadratic's control.
+  EXPECT_EQ(parsed("M0,0 Q3,6 6,0"), "M0,0 C2,4 4,4 6,0 ");
+  // T reflects the previous quadratic control: 9,-6.
+  EXPECT_EQ(parsed("M0,0 Q3,6 6,0 T12,0"), "M0,0 C2,4 4,4 6,0 C8,-4 10,-4 12,0 ");
+  EXPECT_EQ(parsed("M0,0 q3,6 6,0 t6,0"), "M0,0 C2,4 4,4 6,0 C8,-4 10,-4 12,0 ");
+}
+
+TEST(PathDataSvg, EllipticalArcsLandOnTheirEndAndStayOnTheCircle) {
+  TPathData d;
+  ASSERT_TRUE(d.setData("M10,0 A10,10 0 0 1 -10,0"));
+  // A half circle through y > 0 (sweep flag 1 turns clockwise on the y-down
+  // screen), in two quarter pieces.
+  ASSERT_EQ(d.Count(), 7u);
+  EXPECT_EQ(d[6].Point, TPointF(-10, 0));
+  for (double t : {0.25, 0.5, 0.75}) {
+    const TPointF p = cubicPointAt(d[0].Point, d[1].Point, d[2].Point, d[3].Point, t);
+    EXPECT_NEAR(std::hypot(p.x, p.y), 10.0, 0.01);
+    EXPECT_GT(p.y, 0.0f);
+  }
+  // Flags written without separators, and radii too small are scaled up.
+  TPathData e;
+  ASSERT_TRUE(e.setData("M0,0a1,1 0 1110,0"));
+  EXPECT_EQ(e.LastPoint(), TPointF(10, 0));
+  // Zero radius is a straight line.
+  EXPECT_EQ(parsed("M0,0 A0,5 0 0 1 10,0"), "M0,0 L10,0 ");
+}
+
+TEST(PathDataSvg, ParsingStopsAtTheFirstErrorKeepingWhatCameBefore) {
+  TPathData d;
+  EXPECT_FALSE(d.setData("M0,0 L10,10 X 5,5"));
+  EXPECT_EQ(d.getData(), "M0,0 L10,10 ");
+  EXPECT_FALSE(d.setData("M0,0 L10"));
+  EXPECT_EQ(d.getData(), "M0,0 ");
+  EXPECT_FALSE(d.setData("12 13"));
+  EXPECT_TRUE(d.isEmpty());
+  EXPECT_TRUE(d.setData("   "));
+  EXPECT_TRUE(d.isEmpty());
+}
+
+TEST(PathDataShapes, EllipseStartsAtTheLeftMiddleWithoutClose) {
+  TPathData d;
+  d.AddEllipse(TRectF(0, 0, 20, 10));
+  ASSERT_EQ(d.Count(), 13u);
+  EXPECT_EQ(d[0].Kind, TPathPointKind::MoveTo);
+  EXPECT_EQ(d[0].Point, TPointF(0, 5));
+  EXPECT_EQ(d[3].Point, TPointF(10, 0));
+  EXPECT_EQ(d[6].Point, TPointF(20, 5));
+  EXPECT_EQ(d[9].Point, TPointF(10, 10));
+  EXPECT_EQ(d[12].Point, TPointF(0, 5));
+  EXPECT_NEAR(d[1].Point.y, 5 - 5 * 0.5522847498, 1e-5);
+}
+
+TEST(PathDataShapes, ArcIsCutIntoQuarterTurns) {
+  TPathData d;
+  d.AddArc(TPointF(0, 0), TPointF(10, 10), 0, 100);  // 90 and the remaining 10
+  ASSERT_EQ(d.Count(), 8u);
+  EXPECT_EQ(d[0].Kind, TPathPointKind::MoveTo);
+  EXPECT_EQ(d[4].Kind, TPathPointKind::LineTo);
+  EXPECT_NEAR(d[3].Point.x, 0.0, 1e-5);
+  EXPECT_NEAR(d[3].Point.y, 10.0, 1e-5);
+  EXPECT_NEAR(d[7].Point.x, 10 * std::cos(100 * M_PI / 180), 1e-5);
+
+  TPathData half;
+  half.AddArc(TPointF(0, 0), TPointF(10, 10), 0, 180.3);  // within 0.01 rad of two quarters
+  EXPECT_EQ(half.Count(), 8u);
+  TPathData none;
+  none.AddArc(TPointF(0, 0), TPointF(10, 10), 0, 1e-12);
+  EXPECT_TRUE(none.isEmpty());
+  TPathData over;
+  over.AddArc(TPointF(0, 0), TPointF(10, 10), 0, 720);  // clamped to one turn
+  EXPECT_EQ(over.Count(), 16u);
+}
+
+TEST(PathDataFlatten, PieceCountFollowsTheChordLength) {
+  // A straight cubic from 0 to 30: length 30, N = 30 / 0.3 = 100 points
+  // from t = 0 (a zero-length first piece) to t = 98/99, then the end.
+  TPathData d;
+  d.MoveTo(TPointF(0, 0));
+  d.CurveTo(TPointF(10, 0), TPointF(20, 0), TPointF(30, 0));
+  d.Flatten(0.3);
+  ASSERT_EQ(d.Count(), 1u + 99u + 1u);
+  EXPECT_EQ(d[1].Point, TPointF(0, 0));
+  EXPECT_EQ(d[100].Point, TPointF(30, 0));
+  for (size_t i = 1; i < d.Count(); ++i) EXPECT_EQ(d[i].Kind, TPathPointKind::LineTo);
+
+  // Flatness below 0.05 is raised to it: 30 / 0.05 = 600.
+  TPathData fine;
+  fine.MoveTo(TPointF(0, 0));
+  fine.CurveTo(TPointF(10, 0), TPointF(20, 0), TPointF(30, 0));
+  fine.Flatten(0.001);
+  EXPECT_EQ(fine.Count(), 1u + 599u + 1u);
+}
+
+TEST(PathDataFlatten, ShortCurvesBecomeOneChordAndTiesRoundToEven) {
+  TPathData d;
+  d.MoveTo(TPointF(0, 0));
+  d.CurveTo(TPointF(0.2f, 0), TPointF(0.4f, 0), TPointF(0.6f, 0));  // N = 2
+  d.Flatten(0.3);
+  EXPECT_EQ(d.getData(), "M0,0 L0.600000023841858,0 ");
+
+  // Length 0.75 / 0.3 = 2.5 rounds to 2: still one chord. (The chord estimate
+  // skips t = 5/6, which on a straight, evenly spaced curve changes nothing.)
+  TPathData tie;
+  tie.MoveTo(TPointF(0, 0));
+  tie.CurveTo(TPointF(0.25f, 0), TPointF(0.5f, 0), TPointF(0.75f, 0));
+  tie.Flatten(0.3);
+  EXPECT_EQ(tie.Count(), 2u);
+  // 1.2 / 0.3 = 4: points at t = 0, 1/3, 2/3, then the end.
+  TPathData four;
+  four.MoveTo(TPointF(0, 0));
+  four.CurveTo(TPointF(0.4f, 0), TPointF(0.8f, 0), TPointF(1.2f, 0));
+  four.Flatten(0.3);
+  EXPECT_EQ(four.Count(), 5u);
+}
+
+TEST(PathDataTransform, MatrixRotatesClockwiseOnTheScreen) {
+  TPathData d;
+  d.MoveTo(TPointF(10, 0));
+  d.ApplyMatrix(TMatrix::rotation(M_PI / 2));
+  EXPECT_NEAR(d[0].Point.x, 0, 1e-5);
+  EXPECT_NEAR(d[0].Point.y, 10, 1e-5);  // y grows downwards: a quarter turn clockwise
+  d.Translate(5, -5);
+  EXPECT_NEAR(d[0].Point.x, 5, 1e-5);
+  EXPECT_NEAR(d[0].Point.y, 5, 1e-5);
+  const TMatrix m = TMatrix::scaling(2, 3) * TMatrix::translation(1, 1);
+  const TPointF p = m.apply(TPointF(1, 1));
+  EXPECT_EQ(p, TPointF(3, 4));
+}

@@ -53,38 +53,53 @@ TPointF cubicPointAt(const TPointF& p0, const TPointF& p1, const TPointF& p2, co
                              b0 * p0.y + b1 * p1.y + b2 * p2.y + b3 * p3.y);
 }
 
-void TPathData::MoveTo(const TPointF& p) { FPoints.push_back({TPathPointKind::MoveTo, p}); }
+const std::vector<TPathPoint>& TPathData::emptyPoints() {
+  static const std::vector<TPathPoint> empty;
+  return empty;
+}
 
-void TPathData::LineTo(const TPointF& p) { FPoints.push_back({TPathPointKind::LineTo, p}); }
+std::vector<TPathPoint>& TPathData::mutablePoints() {
+  if (!FShared) FShared = std::make_shared<std::vector<TPathPoint>>();
+  else if (FShared.use_count() > 1) FShared = std::make_shared<std::vector<TPathPoint>>(*FShared);
+  return *FShared;
+}
+
+void TPathData::MoveTo(const TPointF& p) { push(TPathPointKind::MoveTo, p); }
+
+void TPathData::LineTo(const TPointF& p) { push(TPathPointKind::LineTo, p); }
 
 void TPathData::CurveTo(const TPointF& c1, const TPointF& c2, const TPointF& p) {
-  FPoints.push_back({TPathPointKind::CurveTo, c1});
-  FPoints.push_back({TPathPointKind::CurveTo, c2});
-  FPoints.push_back({TPathPointKind::CurveTo, p});
+  auto& v = mutablePoints();
+  v.push_back({TPathPointKind::CurveTo, c1});
+  v.push_back({TPathPointKind::CurveTo, c2});
+  v.push_back({TPathPointKind::CurveTo, p});
 }
 
 TPointF TPathData::figureStart() const {
-  for (size_t i = FPoints.size(); i-- > 0;)
-    if (FPoints[i].Kind == TPathPointKind::MoveTo) return FPoints[i].Point;
-  return FPoints.empty() ? TPointF() : FPoints.front().Point;
+  const auto& v = points();
+  for (size_t i = v.size(); i-- > 0;)
+    if (v[i].Kind == TPathPointKind::MoveTo) return v[i].Point;
+  return v.empty() ? TPointF() : v.front().Point;
 }
 
-void TPathData::ClosePath() { FPoints.push_back({TPathPointKind::Close, figureStart()}); }
+void TPathData::ClosePath() { push(TPathPointKind::Close, figureStart()); }
 
 void TPathData::Translate(double dx, double dy) {
-  for (auto& p : FPoints) p.Point = TPointF::fromDouble(p.Point.x + dx, p.Point.y + dy);
+  if (isEmpty()) return;
+  for (auto& p : mutablePoints()) p.Point = TPointF::fromDouble(p.Point.x + dx, p.Point.y + dy);
 }
 
 void TPathData::ApplyMatrix(const TMatrix& m) {
-  for (auto& p : FPoints) p.Point = m.apply(p.Point);
+  if (isEmpty()) return;
+  for (auto& p : mutablePoints()) p.Point = m.apply(p.Point);
 }
 
-TPointF TPathData::LastPoint() const { return FPoints.empty() ? TPointF() : FPoints.back().Point; }
+TPointF TPathData::LastPoint() const { return isEmpty() ? TPointF() : points().back().Point; }
 
 TRectF TPathData::GetBounds() const {
   bool any = false;
   float l = 0, t = 0, r = 0, b = 0;
-  for (const auto& p : FPoints) {
+  for (const auto& p : points()) {
     if (p.Kind == TPathPointKind::Close) continue;
     if (!any) {
       l = r = p.Point.x;
@@ -101,10 +116,12 @@ TRectF TPathData::GetBounds() const {
 }
 
 bool TPathData::operator==(const TPathData& o) const {
-  if (FPoints.size() != o.FPoints.size()) return false;
-  for (size_t i = 0; i < FPoints.size(); ++i)
-    if (FPoints[i].Kind != o.FPoints[i].Kind || !FPoints[i].Point.identical(o.FPoints[i].Point))
-      return false;
+  if (FShared == o.FShared) return true;
+  const auto& a = points();
+  const auto& b = o.points();
+  if (a.size() != b.size()) return false;
+  for (size_t i = 0; i < a.size(); ++i)
+    if (a[i].Kind != b[i].Kind || !a[i].Point.identical(b[i].Point)) return false;
   return true;
 }
 
@@ -163,26 +180,30 @@ void TPathData::AddArc(const TPointF& center, const TPointF& radius, double star
 
 void TPathData::Flatten(double flatness) {
   if (flatness < 0.05) flatness = 0.05;
+  const auto& pts = points();
+  bool curves = false;
+  for (const auto& p : pts) curves = curves || p.Kind == TPathPointKind::CurveTo;
+  if (!curves) return;
   std::vector<TPathPoint> out;
-  out.reserve(FPoints.size());
+  out.reserve(pts.size());
   TPointF current;
   size_t i = 0;
-  while (i < FPoints.size()) {
-    const TPathPoint& p = FPoints[i];
+  while (i < pts.size()) {
+    const TPathPoint& p = pts[i];
     if (p.Kind != TPathPointKind::CurveTo) {
       out.push_back(p);
       current = p.Point;
       ++i;
       continue;
     }
-    if (i + 2 >= FPoints.size()) {  // a truncated curve keeps its last point as a line
-      const TPointF end = FPoints.back().Point;
+    if (i + 2 >= pts.size()) {  // a truncated curve keeps its last point as a line
+      const TPointF end = pts.back().Point;
       out.push_back({TPathPointKind::LineTo, end});
       current = end;
       break;
     }
-    const TPointF p0 = current, p1 = FPoints[i].Point, p2 = FPoints[i + 1].Point,
-                  p3 = FPoints[i + 2].Point;
+    const TPointF p0 = current, p1 = pts[i].Point, p2 = pts[i + 1].Point,
+                  p3 = pts[i + 2].Point;
     // Length estimate from the chords through t = 1/6, 2/6, 3/6, 4/6 and 1.
     static const double ts[] = {1.0 / 6.0, 2.0 / 6.0, 3.0 / 6.0, 4.0 / 6.0, 1.0};
     double len = 0.0;
@@ -202,12 +223,13 @@ void TPathData::Flatten(double flatness) {
     current = p3;
     i += 3;
   }
-  FPoints.swap(out);
+  FShared = std::make_shared<std::vector<TPathPoint>>(std::move(out));
 }
 
 std::string TPathData::getData() const {
+  const auto& pts = points();
   std::string s;
-  s.reserve(FPoints.size() * 24);
+  s.reserve(pts.size() * 24);
   auto pt = [&s](const TPointF& p) {
     s += floatToText(p.x);
     s += ',';
@@ -215,8 +237,8 @@ std::string TPathData::getData() const {
     s += ' ';
   };
   size_t i = 0;
-  while (i < FPoints.size()) {
-    const TPathPoint& p = FPoints[i];
+  while (i < pts.size()) {
+    const TPathPoint& p = pts[i];
     switch (p.Kind) {
       case TPathPointKind::MoveTo:
         s += 'M';
@@ -230,7 +252,7 @@ std::string TPathData::getData() const {
         break;
       case TPathPointKind::CurveTo:
         s += 'C';
-        for (int k = 0; k < 3 && i < FPoints.size(); ++k, ++i) pt(FPoints[i].Point);
+        for (int k = 0; k < 3 && i < pts.size(); ++k, ++i) pt(pts[i].Point);
         break;
       case TPathPointKind::Close:
         s += "Z ";

@@ -2,6 +2,7 @@
 // painting, hit tests, lengths and export.
 #pragma once
 
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -28,6 +29,10 @@ struct TMatrix {
   TPointF apply(const TPointF& p) const;
 };
 
+// The points are shared between copies until one of them changes (copy on
+// write), so that copies of a document, as undo keeps them, cost little for
+// the shapes that did not change. A reference from mutablePoints() must not
+// be kept across a copy of the path.
 class TPathData {
  public:
   TPathData() = default;
@@ -38,7 +43,7 @@ class TPathData {
   void CurveTo(const TPointF& c1, const TPointF& c2, const TPointF& p);
   // Adds a Close entry whose point is the start of the current figure.
   void ClosePath();
-  void Clear() { FPoints.clear(); }
+  void Clear() { FShared.reset(); }
   void Translate(double dx, double dy);
   void ApplyMatrix(const TMatrix& m);
 
@@ -62,12 +67,14 @@ class TPathData {
   // result tells whether the whole text was read.
   bool setData(std::string_view text);
 
-  size_t Count() const { return FPoints.size(); }
-  bool isEmpty() const { return FPoints.empty(); }
-  const TPathPoint& operator[](size_t i) const { return FPoints[i]; }
-  TPathPoint& operator[](size_t i) { return FPoints[i]; }
-  const std::vector<TPathPoint>& points() const { return FPoints; }
-  std::vector<TPathPoint>& points() { return FPoints; }
+  size_t Count() const { return points().size(); }
+  bool isEmpty() const { return points().empty(); }
+  const TPathPoint& operator[](size_t i) const { return points()[i]; }
+  const std::vector<TPathPoint>& points() const { return FShared ? *FShared : emptyPoints(); }
+  // The points for changing in place; detaches this path from its copies.
+  std::vector<TPathPoint>& mutablePoints();
+  // True when both paths still share one unchanged set of points.
+  bool sharesPointsWith(const TPathData& o) const { return FShared && FShared == o.FShared; }
   // Point of the last entry, (0,0) for an empty path.
   TPointF LastPoint() const;
   // Bounding box of all MoveTo, LineTo and CurveTo points, control points
@@ -77,7 +84,9 @@ class TPathData {
   bool operator==(const TPathData& o) const;
 
  private:
-  std::vector<TPathPoint> FPoints;
+  std::shared_ptr<std::vector<TPathPoint>> FShared;  // null when empty
+  static const std::vector<TPathPoint>& emptyPoints();
+  void push(TPathPointKind kind, const TPointF& p) { mutablePoints().push_back({kind, p}); }
   TPointF figureStart() const;
 };
 

@@ -157,7 +157,7 @@ void appendSvgArc(TPathData& path, double x1, double y1, double rx, double ry, d
 }  // namespace
 
 bool TPathData::setData(std::string_view text) {
-  FPoints.clear();
+  Clear();
   TSvgPathReader r(text);
   double cx = 0, cy = 0;          // current point
   double sx = 0, sy = 0;          // start of the current figure
@@ -251,7 +251,7 @@ bool TPathData::setData(std::string_view text) {
             !r.readFlag(sweep) || !r.readPoint(x, y))
           return false;
         x += ox, y += oy;
-        if (FPoints.empty()) MoveTo(TPointF::fromDouble(cx, cy));
+        if (isEmpty()) MoveTo(TPointF::fromDouble(cx, cy));
         appendSvgArc(*this, cx, cy, rx, ry, rot, large, sweep, x, y);
         cx = x, cy = y;
         break;

@@ -178,3 +178,25 @@ TEST(PathDataTransform, MatrixRotatesClockwiseOnTheScreen) {
   const TPointF p = m.apply(TPointF(1, 1));
   EXPECT_EQ(p, TPointF(3, 4));
 }
+
+TEST(PathDataSharing, CopiesShareUntilOneChanges) {
+  TPathData a;
+  a.MoveTo(TPointF(0, 0));
+  a.LineTo(TPointF(10, 0));
+  TPathData b = a;
+  EXPECT_TRUE(b.sharesPointsWith(a));
+  b.Translate(5, 0);
+  EXPECT_FALSE(b.sharesPointsWith(a));
+  EXPECT_EQ(a.getData(), "M0,0 L10,0 ");
+  EXPECT_EQ(b.getData(), "M5,0 L15,0 ");
+  TPathData c = a;
+  c.mutablePoints()[1].Point = TPointF(1, 1);
+  EXPECT_EQ(a.getData(), "M0,0 L10,0 ");
+  TPathData d = a;
+  d.Clear();
+  EXPECT_TRUE(d.isEmpty());
+  EXPECT_EQ(a.Count(), 2u);
+  TPathData e = a;
+  e.Flatten(0.3);  // nothing to flatten: still shared
+  EXPECT_TRUE(e.sharesPointsWith(a));
+}

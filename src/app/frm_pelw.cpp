@@ -17,6 +17,7 @@ void TfrmPelw::FormCreate(const std::vector<std::string>& args) {
   FCreated = true;
   (void)args;
   FMultiLang = std::make_unique<TMultiLang>();
+  FMultiLang->loadBuiltinPhrases();
   if (FAppDataPath.empty()) FAppDataPath = defaultAppDataPath();
   ensureFolder(FAppDataPath);
   PathList = std::make_unique<TShapeList>(FMultiLang.get(), FLangID);

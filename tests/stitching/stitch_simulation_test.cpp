@@ -14,22 +14,24 @@ class StitchSimulation : public ::testing::Test {
  protected:
   TPrickingIron FIron;
   std::vector<std::unique_ptr<TPW_Path>> FShapes;
+  TStitchSimulationOptions FShown;
 
   StitchSimulation() {
     FIron.FBladeType = "D";
-    bladeDefaults("D", FIron.FWidth, FIron.FHeight, FIron.FAngle);
+    FShown.FShowStitchPattern = true;
   }
 
-  TPW_Path* hole(int id, float x) {
-    auto s = std::make_unique<TPW_Path>(36, 0xFFFFFFFF, 1.0f, TStrokeDash::Dot, id);
-    s->createStichPath(TPointF(x, 0), false, &FIron, 0, 0);
-    FShapes.push_back(std::move(s));
-    return FShapes.back().get();
-  }
-
-  static void link(TPW_Path* a, TPW_Path* b) {
-    a->FNextStitchID = b->FID;
-    b->FPrevStitchID = a->FID;
+  // Holes with ids `ids`, 4 mm apart, each linked to the next.
+  std::vector<TPW_Path*> row(std::vector<int> ids, float x0 = 0) {
+    std::vector<TPW_Path*> out;
+    for (int id : ids) {
+      auto s = std::make_unique<TPW_Path>(36, 0xFFFFFFFF, 1.0f, TStrokeDash::Dot, id);
+      s->createStichPath(TPointF(x0 + 4.0f * out.size(), 0), false, &FIron, 0, 0);
+      if (!out.empty()) out.back()->FNextStitchID = id;
+      out.push_back(s.get());
+      FShapes.push_back(std::move(s));
+    }
+    return out;
   }
 
   std::vector<const TPW_Path*> all() const {
@@ -38,124 +40,52 @@ class StitchSimulation : public ::testing::Test {
     return out;
   }
 
-  static TStitchSimulationOptions shown() {
-    TStitchSimulationOptions o;
-    o.FShowStitchPattern = true;
-    return o;
+  // "from>to:index" for each stitch.
+  std::string trace(const TStitchSimulation& sim) const {
+    std::string t;
+    for (const auto& s : sim.FStitches)
+      t += std::to_string(s.FFromID) + ">" + std::to_string(s.FToID) + ":" +
+           std::to_string(s.FIndexInRow) + " ";
+    return t;
   }
 };
 
 }  // namespace
 
-TEST_F(StitchSimulation, ARowRunsFromEachExitToTheNextEntry) {
-  TPW_Path* a = hole(1, 0);
-  TPW_Path* b = hole(2, 4);
-  TPW_Path* c = hole(3, 8);
-  link(a, b);
-  link(b, c);
-  const TStitchSimulation sim = buildStitchSimulation(all(), shown());
+TEST_F(StitchSimulation, EachStitchRunsFromAnExitToTheNextEntry) {
+  const auto h = row({1, 2, 3});
+  const TStitchSimulation sim = buildStitchSimulation(all(), FShown);
   ASSERT_EQ(sim.FStitches.size(), 2u);
-  EXPECT_TRUE(sim.FStitches[0].FFrom.identical(a->FStitchOut));
-  EXPECT_TRUE(sim.FStitches[0].FTo.identical(b->FStitchIn));
-  EXPECT_EQ(sim.FStitches[0].FFromID, 1);
-  EXPECT_EQ(sim.FStitches[0].FToID, 2);
+  EXPECT_TRUE(sim.FStitches[0].FFrom.identical(h[0]->FStitchOut));
+  EXPECT_TRUE(sim.FStitches[0].FTo.identical(h[1]->FStitchIn));
   EXPECT_TRUE(sim.FStitches[0].isEven());
-  EXPECT_TRUE(sim.FStitches[1].FFrom.identical(b->FStitchOut));
-  EXPECT_EQ(sim.FStitches[1].FIndexInRow, 1);
   EXPECT_FALSE(sim.FStitches[1].isEven());
-  EXPECT_EQ(sim.FThickness, 3.0f);
-  EXPECT_EQ(sim.FOpacity, 1.0f);
 }
 
-TEST_F(StitchSimulation, RowsStartAtTheirFirstHoleWhateverTheListOrder) {
-  // Listed backwards; two rows; a line between them is passed over.
-  TPW_Path* c = hole(3, 8);
-  TPW_Path* b = hole(2, 4);
-  auto line = std::make_unique<TPW_Path>(0, 0xFFFFFFFF, 1.0f, TStrokeDash::Solid, 9);
-  line->drawLinePath(TPointF(0, 0), TPointF(9, 9));
-  line->FNextStitchID = 2;
-  FShapes.push_back(std::move(line));
-  TPW_Path* a = hole(1, 0);
-  TPW_Path* x = hole(10, 50);
-  TPW_Path* y = hole(11, 54);
-  link(a, b);
-  link(b, c);
-  link(x, y);
-  const TStitchSimulation sim = buildStitchSimulation(all(), shown());
-  ASSERT_EQ(sim.FStitches.size(), 3u);
-  EXPECT_EQ(sim.FStitches[0].FFromID, 1);
-  EXPECT_EQ(sim.FStitches[0].FIndexInRow, 0);
-  EXPECT_EQ(sim.FStitches[1].FFromID, 2);
-  EXPECT_EQ(sim.FStitches[1].FIndexInRow, 1);
-  EXPECT_EQ(sim.FStitches[2].FFromID, 10);
-  EXPECT_EQ(sim.FStitches[2].FIndexInRow, 0);
+TEST_F(StitchSimulation, RowsOpenThenClosedWhateverTheListOrder) {
+  auto open = row({3, 2, 1});  // sewn 3, 2, 1; listed first
+  std::swap(FShapes[0], FShapes[2]);  // list order now 1, 2, 3
+  auto loop = row({7, 8, 9}, 50);
+  loop[2]->FNextStitchID = 7;
+  auto broken = row({20, 21}, 100);
+  broken[1]->FNextStitchID = 77;  // a hole that is gone
+  auto self = row({30}, 150);
+  self[0]->FNextStitchID = 30;
+  EXPECT_EQ(trace(buildStitchSimulation(all(), FShown)), "3>2:0 2>1:1 20>21:0 7>8:0 8>9:1 9>7:2 ");
 }
 
-TEST_F(StitchSimulation, ClosedRowEndsWithTheStitchThatClosesIt) {
-  TPW_Path* a = hole(1, 0);
-  TPW_Path* b = hole(2, 4);
-  TPW_Path* c = hole(3, 8);
-  link(a, b);
-  link(b, c);
-  link(c, a);
-  const TStitchSimulation sim = buildStitchSimulation(all(), shown());
-  ASSERT_EQ(sim.FStitches.size(), 3u);
-  EXPECT_EQ(sim.FStitches[2].FFromID, 3);
-  EXPECT_EQ(sim.FStitches[2].FToID, 1);
-  EXPECT_EQ(sim.FStitches[2].FIndexInRow, 2);
-}
-
-TEST_F(StitchSimulation, BrokenLinksEndTheRowWithoutLooping) {
-  TPW_Path* a = hole(1, 0);
-  TPW_Path* b = hole(2, 4);
-  TPW_Path* self = hole(3, 8);
-  link(a, b);
-  b->FNextStitchID = 77;  // gone
-  self->FNextStitchID = 3;
-  TPW_Path* d = hole(4, 12);
-  TPW_Path* e = hole(5, 16);
-  link(d, e);
-  link(e, d);
-  d->FNextStitchID = 5;  // a two-hole loop
-  const TStitchSimulation sim = buildStitchSimulation(all(), shown());
-  ASSERT_EQ(sim.FStitches.size(), 3u);
-  EXPECT_EQ(sim.FStitches[0].FFromID, 1);
-  EXPECT_EQ(sim.FStitches[1].FFromID, 4);
-  EXPECT_EQ(sim.FStitches[2].FFromID, 5);
-  EXPECT_EQ(sim.FStitches[2].FToID, 4);
-}
-
-TEST_F(StitchSimulation, OnlyHolesThatAlwaysShowWhenTheSimulatorIsOff) {
-  TPW_Path* a = hole(1, 0);
-  TPW_Path* b = hole(2, 4);
-  TPW_Path* c = hole(3, 8);
-  TPW_Path* d = hole(4, 12);
-  link(a, b);
-  link(b, c);
-  link(c, d);
+TEST_F(StitchSimulation, WithTheSimulatorOffOnlyHolesThatAlwaysShow) {
+  auto h = row({1, 2, 3, 4});
   EXPECT_TRUE(buildStitchSimulation(all(), TStitchSimulationOptions{}).FStitches.empty());
-  d->FAlwaysShowStitchSimulator = true;
-  const TStitchSimulation sim = buildStitchSimulation(all(), TStitchSimulationOptions{});
-  ASSERT_EQ(sim.FStitches.size(), 1u);
-  EXPECT_EQ(sim.FStitches[0].FFromID, 3);
-  EXPECT_EQ(sim.FStitches[0].FIndexInRow, 2);  // counted along the whole row
-}
-
-TEST_F(StitchSimulation, ThreadColourOfTheHoleElseOfTheOptions) {
-  TPW_Path* a = hole(1, 0);
-  TPW_Path* b = hole(2, 4);
-  TPW_Path* c = hole(3, 8);
-  link(a, b);
-  link(b, c);
-  b->FThreadColor = 0xFF8B4513;
-  TStitchSimulationOptions o = shown();
+  h[3]->FAlwaysShowStitchSimulator = true;
+  h[1]->FThreadColor = 0xFF8B4513;
+  TStitchSimulationOptions o;
   o.FStitchColor = 0xFFFFFF00;
-  o.FStitchThickness = 2;
-  o.FStitchOpacity = 0.5f;
-  const TStitchSimulation sim = buildStitchSimulation(all(), o);
-  ASSERT_EQ(sim.FStitches.size(), 2u);
+  TStitchSimulation sim = buildStitchSimulation(all(), o);
+  EXPECT_EQ(trace(sim), "3>4:2 ");  // still counted along the whole row
   EXPECT_EQ(sim.FStitches[0].FColor, 0xFFFFFF00u);
-  EXPECT_EQ(sim.FStitches[1].FColor, 0xFF8B4513u);
-  EXPECT_EQ(sim.FThickness, 2.0f);
-  EXPECT_EQ(sim.FOpacity, 0.5f);
+  h[2]->FAlwaysShowStitchSimulator = true;
+  sim = buildStitchSimulation(all(), o);
+  EXPECT_EQ(trace(sim), "2>3:1 3>4:2 ");
+  EXPECT_EQ(sim.FStitches[0].FColor, 0xFF8B4513u);  // the hole's own thread
 }

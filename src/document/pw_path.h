@@ -165,7 +165,8 @@ class TPW_Path {
 
   // ---- stitching holes (defined in stitching/hole_makers.cpp) ----
   // Makes this shape an "S_HOLE" of the iron's blade at center, turned by
-  // rotation degrees (the direction of the row). The hole borrows the iron.
+  // rotation degrees (the direction of the row), with its thread points
+  // filled in. The hole borrows the iron.
   // rulerLen above 0 adds a measuring cross. A null iron changes nothing.
   void createStichPath(const TPointF& center, bool IsInverted, TPrickingIron* APrickingIron,
                        float rotation, float rulerLen);

@@ -3,6 +3,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstdio>
+#include <string_view>
 
 #include "app/ini_file.h"
 #include "libraries/draw_pallet.h"

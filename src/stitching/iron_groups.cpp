@@ -2,10 +2,10 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 
 #include "app/multi_lang.h"
 #include "document/number_text.h"
-#include "document/point_helpers.h"
 #include "stitching/system_irons.h"
 
 namespace {
@@ -70,7 +70,7 @@ TPrickingIron* TPrickingIronGroups::findIron(const std::string& bladeType, float
   const std::string bt = upper(bladeType);
   for (const auto& g : FItems)
     if (upper(g->FPrickingIron->FBladeType) == bt &&
-        round2(g->FPrickingIron->FPitch) == round2(pitch))
+        std::fabs(double(g->FPrickingIron->FPitch) - pitch) < 0.005)
       return g->FPrickingIron.get();
   return nullptr;
 }

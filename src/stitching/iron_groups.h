@@ -38,7 +38,8 @@ class TPrickingIronGroups {
 
   // The iron of a group with this blade type and pitch: first with the
   // letter and the pitch exactly as stored, then with the letter in any
-  // case and the pitch equal to 1/100 mm. Null when none.
+  // case and the pitch within half a hundredth of a millimetre. Null when
+  // none.
   TPrickingIron* findIron(const std::string& bladeType, float pitch) const;
   // As findIron, but a missing iron is made: blade defaults of the type,
   // named "Unknown " and the pitch and "mm". It belongs to no group and is

@@ -70,7 +70,11 @@ TEST(IronFile, OldFileGainsTheSixNewIronsOnceAtTheEnd) {
 
   // No file, or a file without groups: the whole table and no rows on top.
   for (const char* text : {"", R"({"pricking_iron_groups":{}})"}) {
-    if (*text) writeTextFile(file, text); else ::unlink(file.c_str());
+    if (*text) {
+      writeTextFile(file, text);
+    } else {
+      ::unlink(file.c_str());
+    }
     TPrickingIronGroups fresh;
     bool flag = false;
     addNewSystemIronsOnce(fresh, loadPrickingIronsAtStartup(fresh, file, "en"), flag, "en");
@@ -94,7 +98,9 @@ TEST(IronFile, DamagedFileIsNamedKeptAsideAndLeavesTheDefaults) {
     EXPECT_NE(st.FMessage.find("\"" + file + "\""), std::string::npos) << st.FMessage;
     EXPECT_EQ(list.Count(), 20u) << text;
     EXPECT_EQ(readTextFile(file), text);
-    if (*text) EXPECT_EQ(readTextFile(file + ".damaged"), text);
+    if (*text) {
+      EXPECT_EQ(readTextFile(file + ".damaged"), text);
+    }
     bool newSet = false;
     addNewSystemIronsOnce(list, st, newSet, "en");
     EXPECT_EQ(list.Count(), 20u);

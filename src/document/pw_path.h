@@ -162,6 +162,24 @@ class TPW_Path {
   void flattenAndClean(double flatness);
   void cleanPathData();
   void calcLineParam();
+
+  // ---- stitching holes (defined in stitching/hole_makers.cpp) ----
+  // Makes this shape an "S_HOLE" of the iron's blade at center, turned by
+  // rotation degrees (the direction of the row), with its thread points
+  // filled in. The hole borrows the iron.
+  // rulerLen above 0 adds a measuring cross. A null iron changes nothing.
+  void createStichPath(const TPointF& center, bool IsInverted, TPrickingIron* APrickingIron,
+                       float rotation, float rulerLen);
+  void setAsDiamondHole(const TPointF& pt, const TPrickingIron& PrickingIron, bool IsInverted,
+                        float rotation, float rulerLen);
+  void setAsFrenchHole(const TPointF& pt, const TPrickingIron& PrickingIron, bool IsInverted,
+                       float rotation, float rulerLen);
+  void setAsFlatHole(const TPointF& pt, const TPrickingIron& PrickingIron, float rotation,
+                     float rulerLen);
+  void setAsRoundHole(const TPointF& pt, const TPrickingIron& PrickingIron, float rotation,
+                      float rulerLen);
+  // Where the thread enters and leaves the hole: FStitchIn, FStitchOut.
+  void calcStitchInOutPos();
 };
 
 // Flatness of an arc's path, chosen from its x radius.

@@ -3,6 +3,7 @@
 #include <QFontMetricsF>
 #include <QVarLengthArray>
 #include <cmath>
+#include <unordered_map>
 
 namespace {
 
@@ -94,7 +95,11 @@ void TQtCanvas::setStrokeColor(TAlphaColor color) { FPen.setColor(toQColor(color
 void TQtCanvas::setStrokeDash(TStrokeDash dash) { FPen.setStyle(toPenStyle(dash)); }
 void TQtCanvas::setStrokeThickness(float thickness) {
   // Qt takes 0 as a hairline; a line thinner than that is drawn as one.
-  FPen.setWidthF(std::max(0.1, double(thickness)));
+  // Lines a hair over one pixel are drawn at one: the eye cannot tell, and
+  // Qt strokes them on its fast path.
+  double w = std::max(0.1, double(thickness));
+  if (w > 1.0 && w < 1.25) w = 1.0;
+  FPen.setWidthF(w);
 }
 
 void TQtCanvas::setFill(TAlphaColor color, TBrushKind kind) {
@@ -129,7 +134,55 @@ void TQtCanvas::drawEllipse(const TRectF& r, float opacity) {
   FPainter->drawEllipse(toQRect(r));
 }
 
+namespace {
+
+// Small filled circles (the dots of thousands of holes) come from a cache
+// of pre-drawn discs, placed at quarter pixels.
+struct TDiscKey {
+  QRgb colour;
+  int size4;     // diameter in quarter pixels
+  int phase;     // sub-pixel phase, x and y in quarters
+  bool operator==(const TDiscKey&) const = default;
+};
+struct TDiscKeyHash {
+  size_t operator()(const TDiscKey& k) const {
+    return (size_t(k.colour) * 1000003u) ^ (size_t(k.size4) << 8) ^ size_t(k.phase);
+  }
+};
+constexpr double kMaxDiscDiameter = 12.0;
+
+const QImage& discImage(const TDiscKey& key) {
+  static std::unordered_map<TDiscKey, QImage, TDiscKeyHash> cache;
+  auto it = cache.find(key);
+  if (it != cache.end()) return it->second;
+  if (cache.size() > 512) cache.clear();
+  const double d = key.size4 / 4.0;
+  const int side = static_cast<int>(std::ceil(d)) + 2;
+  QImage img(side, side, QImage::Format_ARGB32_Premultiplied);
+  img.fill(Qt::transparent);
+  QPainter p(&img);
+  p.setRenderHint(QPainter::Antialiasing, true);
+  p.setPen(Qt::NoPen);
+  p.setBrush(QColor::fromRgba(key.colour));
+  p.drawEllipse(QRectF(1 + (key.phase & 3) / 4.0, 1 + (key.phase >> 2) / 4.0, d, d));
+  p.end();
+  return cache.emplace(key, std::move(img)).first->second;
+}
+
+}  // namespace
+
 void TQtCanvas::fillEllipse(const TRectF& r, float opacity) {
+  const QRectF q = toQRect(r);
+  if (FBrush.style() == Qt::SolidPattern && q.width() == q.height() && q.width() <= kMaxDiscDiameter &&
+      FPainter->transform().isIdentity()) {
+    const double fx = std::floor(q.left()), fy = std::floor(q.top());
+    const int px = static_cast<int>(std::lround((q.left() - fx) * 4)), py = static_cast<int>(std::lround((q.top() - fy) * 4));
+    const TDiscKey key{FBrush.color().rgba(), static_cast<int>(std::lround(q.width() * 4)),
+                       (px & 3) | ((py & 3) << 2)};
+    FPainter->setOpacity(opacity);
+    FPainter->drawImage(QPointF(fx + (px >> 2) - 1, fy + (py >> 2) - 1), discImage(key));
+    return;
+  }
   fill();
   FPainter->setOpacity(opacity);
   FPainter->drawEllipse(toQRect(r));

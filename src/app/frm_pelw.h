@@ -4,6 +4,7 @@
 // the platform services.
 #pragma once
 
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -14,8 +15,15 @@
 #include "document/intersections.h"
 #include "document/shape_list.h"
 #include "platform/main_thread.h"
+#include "surface/view_state.h"
 
-class TfrmPelw {
+class ICanvas;
+class INumberBox;
+class ICaptionLabel;
+
+// The view's fields (FScale, FOffset, the grid cache, ...) come from
+// TViewState; its functions are declared in the view block below.
+class TfrmPelw : public TViewState {
  public:
   TfrmPelw();
   ~TfrmPelw();
@@ -58,6 +66,51 @@ class TfrmPelw {
   void startMCPServerIfEnabled();
   void stopMCPServer();
   const TMcpRouter& router() const { return FRouter; }
+
+  // ---- view and paint (defined in src/surface/) ----
+  // Millimetres to canvas pixels and back; VisibleRealRect is what the
+  // canvas shows.
+  TPointF RealToScreen(const TPointF& real) const;
+  TPointF ScreenToReal(const TPointF& pixel, bool snap = false) const;
+  TRectF VisibleRealRect() const;
+  // Repaints the canvas unless skipBox, and the rulers always.
+  void RepaintCanvas(bool skipBox = false);
+  // Draws the whole scene on `canvas`; nothing without a canvas.
+  void pboxPaint(ICanvas* canvas);
+  void pbRulerXPaint(ICanvas& canvas);
+  void pbRulerYPaint(ICanvas& canvas);
+  void pboxResize(int width, int height);
+  void FormMouseWheel(int delta, TShiftState shift);
+  void pboxMouseDown(TMouseButton button, TShiftState shift, const TPointF& pixel);
+  void pboxMouseMove(TShiftState shift, const TPointF& pixel);
+  void pboxMouseUp(TMouseButton button, TShiftState shift, const TPointF& pixel);
+  // True when the key was used.
+  bool FormKeyDown(TViewKey key, TShiftState shift);
+  void FormGestureZoom(const TGestureEvent& gesture);
+  void FormGesturePan(const TGestureEvent& gesture);
+  void actResetView();
+  void actSetGridBackgroundBlack();
+  void actSetGridBackgroundWhite();
+  void actToggleGrid();
+  // Takes the colours of the background mode and redraws.
+  void setBackgroundMode(bool black);
+  // Chooses FGridTick again when FScale changed since the last choice.
+  void updateGridTick();
+  // "Scale 9.99, Pos: (12.00 mm, 3.50 mm)" and the pending counters.
+  std::string statusText() const;
+  void refreshStatus();
+  // Writes a paint failure to the log, once per distinct text.
+  void logPaintError(const std::string& className, const std::string& message, const TPW_Path* shape);
+  std::string paintErrorLogFileName() const;
+
+  // ---- lengths and units (src/surface/frm_pelw_units.cpp) ----
+  // Switches the unit of the whole program: settings, captions, boxes, view.
+  void setUnitMode(TUnitMode unit);
+  const TLengthFormatSettings& lengthSettings() const { return FViewOptions.FLengthFormatSettings; }
+  bool FIsInch = false;
+  std::vector<INumberBox*> FNBList;       // length boxes that convert with the unit; borrowed
+  std::vector<ICaptionLabel*> FUnitLabels;  // labels whose "mm" follows the unit; borrowed
+  std::map<const ICaptionLabel*, std::string> FMmInchDict;
 
  private:
   TMainThreadCalls FMainCalls;

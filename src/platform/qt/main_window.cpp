@@ -1,33 +1,98 @@
 #include "platform/qt/main_window.h"
 
-#include <QPalette>
+#include <QAction>
+#include <QActionGroup>
+#include <QGridLayout>
+#include <QLabel>
+#include <QMenuBar>
 #include <QStatusBar>
-#include <QWidget>
 
 #include "app/frm_pelw.h"
-
-namespace {
-
-// The drawing surface; it shows the empty canvas on the dark background.
-class TCanvasWidget : public QWidget {
- public:
-  explicit TCanvasWidget(QWidget* parent) : QWidget(parent) {
-    setAutoFillBackground(true);
-    QPalette pal = palette();
-    pal.setColor(QPalette::Window, QColor(0x20, 0x20, 0x20));
-    setPalette(pal);
-    setMinimumSize(320, 240);
-  }
-};
-
-}  // namespace
+#include "platform/qt/canvas_widget.h"
+#include "platform/qt/qt_timer.h"
 
 TMainWindow::TMainWindow(TfrmPelw& form, QWidget* parent) : QMainWindow(parent), FForm(form) {
   setWindowTitle("Pelwright");
-  setCentralWidget(new TCanvasWidget(this));
-  QString status = "Ready";
-  if (FForm.FMCPServer)
-    status += QString("  |  Local API on 127.0.0.1:%1").arg(FForm.FMCPServer->boundPort());
-  statusBar()->showMessage(status);
+  useQtTimers();
+  buildCanvasArea();
+  buildViewMenu();
+  buildStatusLine();
   resize(1200, 800);
+}
+
+TMainWindow::~TMainWindow() {
+  // The controller outlives the window: it must not call into it any more.
+  FForm.FViewHost = TViewHost{};
+  FForm.FGridSettleTimer.reset();
+}
+
+void TMainWindow::buildCanvasArea() {
+  auto* area = new QWidget(this);
+  auto* grid = new QGridLayout(area);
+  grid->setContentsMargins(0, 0, 0, 0);
+  grid->setSpacing(0);
+  auto* corner = new QWidget(area);
+  corner->setFixedSize(34, 22);
+  corner->setAutoFillBackground(true);
+  corner->setPalette(QPalette(QColor(0x30, 0x30, 0x30)));
+  FCanvas = new TCanvasWidget(FForm, area);
+  FRulerX = new TRulerWidget(FForm, Qt::Horizontal, area);
+  FRulerY = new TRulerWidget(FForm, Qt::Vertical, area);
+  grid->addWidget(corner, 0, 0);
+  grid->addWidget(FRulerX, 0, 1);
+  grid->addWidget(FRulerY, 1, 0);
+  grid->addWidget(FCanvas, 1, 1);
+  setCentralWidget(area);
+  FForm.FViewHost.invalidateCanvas = [this] { FCanvas->update(); };
+  FForm.FViewHost.invalidateRulers = [this] {
+    FRulerX->update();
+    FRulerY->update();
+  };
+}
+
+void TMainWindow::buildViewMenu() {
+  QMenu* view = menuBar()->addMenu(tr("&View"));
+  FActResetView = view->addAction(tr("&Reset view"));
+  FActResetView->setObjectName("actResetView");
+  FActResetView->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_R));
+  connect(FActResetView, &QAction::triggered, this, [this] { FForm.actResetView(); });
+
+  FActShowGrid = view->addAction(tr("Show &grid"));
+  FActShowGrid->setCheckable(true);
+  FActShowGrid->setChecked(FForm.FShowGrid);
+  connect(FActShowGrid, &QAction::toggled, this, [this](bool on) {
+    if (on != FForm.FShowGrid) FForm.actToggleGrid();
+  });
+
+  view->addSeparator();
+  auto* background = new QActionGroup(this);
+  FActBlackBackground = view->addAction(tr("&Black background"));
+  FActWhiteBackground = view->addAction(tr("&White background"));
+  for (QAction* a : {FActBlackBackground, FActWhiteBackground}) {
+    a->setCheckable(true);
+    background->addAction(a);
+  }
+  (FForm.FIsBlackBackgroundMode ? FActBlackBackground : FActWhiteBackground)->setChecked(true);
+  connect(FActBlackBackground, &QAction::triggered, this, [this] { FForm.actSetGridBackgroundBlack(); });
+  connect(FActWhiteBackground, &QAction::triggered, this, [this] { FForm.actSetGridBackgroundWhite(); });
+}
+
+void TMainWindow::buildStatusLine() {
+  FStatus = new QLabel(this);
+  FStatus->setObjectName("lblStatus");
+  statusBar()->addWidget(FStatus, 1);
+  FForm.FViewHost.showStatus = [this](const std::string& text) { FStatus->setText(QString::fromStdString(text)); };
+  if (FForm.FMCPServer)
+    statusBar()->addPermanentWidget(
+        new QLabel(QString("Local API on 127.0.0.1:%1").arg(FForm.FMCPServer->boundPort()), this));
+}
+
+void TMainWindow::showEvent(QShowEvent* e) {
+  QMainWindow::showEvent(e);
+  if (FShownOnce) return;
+  FShownOnce = true;
+  // The canvas has its size now: fit what is open.
+  FForm.pboxResize(FCanvas->width(), FCanvas->height());
+  FForm.actResetView();
+  FForm.refreshStatus();
 }

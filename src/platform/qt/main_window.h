@@ -1,16 +1,39 @@
-// The main window: a canvas for the drawing and a status line. Events go to
-// the controller, which owns everything that matters.
+// The main window: the canvas with its rulers, the View menu and a status
+// line. Events go to the controller, which owns everything that matters.
 #pragma once
 
 #include <QMainWindow>
 
 class TfrmPelw;
+class TCanvasWidget;
+class TRulerWidget;
+class QLabel;
+class QAction;
 
 class TMainWindow : public QMainWindow {
   Q_OBJECT
  public:
   explicit TMainWindow(TfrmPelw& form, QWidget* parent = nullptr);
+  ~TMainWindow() override;
+
+  TCanvasWidget* canvas() const { return FCanvas; }
+  QAction* FActResetView = nullptr;
+  QAction* FActShowGrid = nullptr;
+  QAction* FActBlackBackground = nullptr;
+  QAction* FActWhiteBackground = nullptr;
+
+ protected:
+  void showEvent(QShowEvent* e) override;
 
  private:
   TfrmPelw& FForm;
+  TCanvasWidget* FCanvas = nullptr;
+  TRulerWidget* FRulerX = nullptr;
+  TRulerWidget* FRulerY = nullptr;
+  QLabel* FStatus = nullptr;
+  bool FShownOnce = false;
+
+  void buildCanvasArea();
+  void buildViewMenu();
+  void buildStatusLine();
 };

@@ -1,0 +1,77 @@
+// A full repaint of a 1920 x 1080 canvas on a raster image: 5,000 shapes
+// and 20,000 stitching holes at fit zoom.
+#include <benchmark/benchmark.h>
+
+#include <QGuiApplication>
+#include <QImage>
+#include <QPainter>
+#include <cmath>
+#include <memory>
+
+#include "app/frm_pelw.h"
+#include "platform/qt/qt_canvas.h"
+
+namespace {
+
+QGuiApplication& app() {
+  static int argc = 1;
+  static char name[] = "pelwright_bench";
+  static char* argv[] = {name, nullptr};
+  static std::unique_ptr<QGuiApplication> a = [] {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    return std::make_unique<QGuiApplication>(argc, argv);
+  }();
+  return *a;
+}
+
+// Pattern pieces in a grid: each piece four lines and four arcs, and a row
+// of holes along its top and bottom.
+void buildScene(TfrmPelw& form, int shapes, int holes) {
+  TShapeList& list = *form.PathList;
+  int made = 0, holesMade = 0, piece = 0;
+  while (made < shapes || holesMade < holes) {
+    const float x0 = static_cast<float>((piece % 25) * 60), y0 = static_cast<float>((piece / 25) * 40);
+    ++piece;
+    for (int i = 0; i < 8 && made < shapes; ++i, ++made) {
+      auto s = std::make_unique<TPW_Path>(0, 0xFF00FFFF, 1.5f, TStrokeDash::Solid, list.getNextID());
+      if (i % 2 == 0) {
+        s->drawLinePath(TPointF(x0 + i * 5, y0), TPointF(x0 + i * 5 + 30, y0 + 25));
+      } else {
+        s->drawArcPath(TPointF(x0 + 25, y0 + 15), TPointF(8, 8), TPointF(x0 + 17, y0 + 15),
+                       TPointF(x0 + 25, y0 + 7), 90);
+      }
+      list.add(std::move(s), 0);
+    }
+    for (int i = 0; i < 50 && holesMade < holes; ++i, ++holesMade) {
+      auto h = std::make_unique<TPW_Path>(36, 0xFFFFFFFF, 1.0f, TStrokeDash::Solid, list.getNextID());
+      const TPointF c(x0 + 2 + (i % 25) * 2, y0 + 2 + (i / 25) * 30);
+      h->FShapeType = ShapeType::Hole;
+      h->FStartPt = h->FCenter = c;
+      h->FData.MoveTo(TPointF(c.x, c.y - 1.5f));
+      h->FData.LineTo(TPointF(c.x + 0.5f, c.y));
+      h->FData.LineTo(TPointF(c.x, c.y + 1.5f));
+      h->FData.LineTo(TPointF(c.x - 0.5f, c.y));
+      h->FData.ClosePath();
+      list.add(std::move(h), 0);
+    }
+  }
+}
+
+void BM_RepaintFitZoom(benchmark::State& state) {
+  app();
+  TfrmPelw form;
+  form.FormCreate({});
+  buildScene(form, 5000, 20000);
+  form.pboxResize(1920, 1080);
+  form.actResetView();
+  QImage image(1920, 1080, QImage::Format_ARGB32_Premultiplied);
+  for (auto _ : state) {
+    QPainter p(&image);
+    TQtCanvas canvas(p, 1920, 1080, 1.0);
+    form.pboxPaint(&canvas);
+  }
+  state.counters["px_per_mm"] = form.FScale.x;
+}
+BENCHMARK(BM_RepaintFitZoom)->Unit(benchmark::kMillisecond)->Repetitions(5)->ReportAggregatesOnly(true);
+
+}  // namespace

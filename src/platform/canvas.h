@@ -1,0 +1,78 @@
+// The drawing operations the paint code needs, and nothing more, so that the
+// same scene can be painted on the screen, on a printer, into a preview or
+// into a recording for tests. Coordinates are canvas pixels (logical pixels
+// on the screen); thicknesses are pixels; opacity runs from 0 to 1.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "document/path_data.h"
+#include "document/types.h"
+
+enum class TBrushKind { None, Solid, Bitmap };
+enum class TTextAlign { Leading, Center, Trailing };
+
+class ICanvasBitmap;
+
+class ICanvas {
+ public:
+  virtual ~ICanvas() = default;
+
+  // Size in logical pixels, and device pixels per logical pixel (1 if the
+  // canvas has no such notion).
+  virtual int width() const = 0;
+  virtual int height() const = 0;
+  virtual double canvasScale() const { return 1.0; }
+
+  // An off-screen bitmap has its own canvas between these two.
+  virtual bool beginScene() = 0;
+  virtual void endScene() = 0;
+
+  virtual void clear(TAlphaColor color) = 0;
+
+  virtual void setStroke(TAlphaColor color, TBrushKind kind, TStrokeDash dash, float thickness) = 0;
+  virtual void setStrokeColor(TAlphaColor color) = 0;
+  virtual void setStrokeDash(TStrokeDash dash) = 0;
+  virtual void setStrokeThickness(float thickness) = 0;
+  virtual void setFill(TAlphaColor color, TBrushKind kind) = 0;
+  // A bitmap brush (kind Bitmap); the bitmap is borrowed until the next setFill.
+  virtual void setFillBitmap(const ICanvasBitmap* bitmap) = 0;
+  virtual void setFontSize(float points) = 0;
+
+  virtual void drawLine(const TPointF& a, const TPointF& b, float opacity) = 0;
+  virtual void drawEllipse(const TRectF& r, float opacity) = 0;
+  virtual void fillEllipse(const TRectF& r, float opacity) = 0;
+  virtual void drawRect(const TRectF& r, float opacity) = 0;
+  virtual void fillRect(const TRectF& r, float opacity) = 0;
+  virtual void drawPath(const TPathData& path, float opacity) = 0;
+  virtual void fillPath(const TPathData& path, float opacity) = 0;
+  // Copies `src` (in the bitmap's device pixels) into `dst` (canvas pixels).
+  // `fastStretch` trades smoothness for speed.
+  virtual void drawBitmap(const ICanvasBitmap& bitmap, const TRectF& src, const TRectF& dst,
+                          float opacity, bool fastStretch) = 0;
+  virtual void fillText(const TRectF& r, const std::string& text, float opacity, TTextAlign horz,
+                        TTextAlign vert) = 0;
+  virtual float textWidth(const std::string& text) = 0;
+  virtual float textHeight(const std::string& text) = 0;
+  // The outline of the text laid out in `r`, for text set vertically.
+  virtual TPathData textToPath(const std::string& text, const TRectF& r) = 0;
+
+  virtual void setMatrix(const TMatrix& m) = 0;
+  virtual TMatrix matrix() const = 0;
+
+  // A bitmap of the same kind as this canvas: w by h logical pixels at
+  // `scale` device pixels each, transparent.
+  virtual std::unique_ptr<ICanvasBitmap> createBitmap(int w, int h, double scale) = 0;
+};
+
+class ICanvasBitmap {
+ public:
+  virtual ~ICanvasBitmap() = default;
+  // Device pixels.
+  virtual int width() const = 0;
+  virtual int height() const = 0;
+  virtual double bitmapScale() const = 0;
+  virtual bool isEmpty() const { return width() <= 0 || height() <= 0; }
+  virtual ICanvas& canvas() = 0;
+};

@@ -1,0 +1,301 @@
+#include "platform/qt/qt_canvas.h"
+
+#include <QFontMetricsF>
+#include <QVarLengthArray>
+#include <cmath>
+#include <unordered_map>
+
+namespace {
+
+QColor toQColor(TAlphaColor c) {
+  return QColor((c >> 16) & 0xFF, (c >> 8) & 0xFF, c & 0xFF, (c >> 24) & 0xFF);
+}
+
+Qt::PenStyle toPenStyle(TStrokeDash d) {
+  switch (d) {
+    case TStrokeDash::Solid: return Qt::SolidLine;
+    case TStrokeDash::Dash: return Qt::DashLine;
+    case TStrokeDash::Dot: return Qt::DotLine;
+    case TStrokeDash::DashDot: return Qt::DashDotLine;
+    case TStrokeDash::DashDotDot: return Qt::DashDotDotLine;
+    case TStrokeDash::Custom: return Qt::DashLine;
+  }
+  return Qt::SolidLine;
+}
+
+QRectF toQRect(const TRectF& r) { return QRectF(QPointF(r.Left, r.Top), QPointF(r.Right, r.Bottom)).normalized(); }
+
+}  // namespace
+
+QPainterPath toQPainterPath(const TPathData& path) {
+  QPainterPath q;
+  const auto& pts = path.points();
+  for (size_t i = 0; i < pts.size(); ++i) {
+    const TPointF& p = pts[i].Point;
+    switch (pts[i].Kind) {
+      case TPathPointKind::MoveTo: q.moveTo(p.x, p.y); break;
+      case TPathPointKind::LineTo: q.lineTo(p.x, p.y); break;
+      case TPathPointKind::CurveTo:
+        if (i + 2 < pts.size()) {
+          q.cubicTo(p.x, p.y, pts[i + 1].Point.x, pts[i + 1].Point.y, pts[i + 2].Point.x, pts[i + 2].Point.y);
+          i += 2;
+        }
+        break;
+      case TPathPointKind::Close: q.closeSubpath(); break;
+    }
+  }
+  return q;
+}
+
+TPathData fromQPainterPath(const QPainterPath& q) {
+  TPathData out;
+  for (int i = 0; i < q.elementCount(); ++i) {
+    const auto e = q.elementAt(i);
+    const TPointF p = TPointF::fromDouble(e.x, e.y);
+    if (e.type == QPainterPath::MoveToElement) out.MoveTo(p);
+    else if (e.type == QPainterPath::LineToElement) out.LineTo(p);
+    else if (e.type == QPainterPath::CurveToElement && i + 2 < q.elementCount()) {
+      const auto c2 = q.elementAt(i + 1), end = q.elementAt(i + 2);
+      out.CurveTo(p, TPointF::fromDouble(c2.x, c2.y), TPointF::fromDouble(end.x, end.y));
+      i += 2;
+    }
+  }
+  return out;
+}
+
+TQtCanvas::TQtCanvas(QPainter& painter, int width, int height, double scale) {
+  attach(painter, width, height, scale);
+}
+
+void TQtCanvas::attach(QPainter& painter, int width, int height, double scale) {
+  FPainter = &painter;
+  FW = width;
+  FH = height;
+  FScale = scale;
+  FPen = QPen(Qt::black, 1.0, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);
+  FBrush = QBrush(Qt::black);
+  FFont = painter.font();
+  painter.setRenderHint(QPainter::Antialiasing, true);
+}
+
+void TQtCanvas::clear(TAlphaColor color) {
+  const QPainter::CompositionMode mode = FPainter->compositionMode();
+  FPainter->setCompositionMode(QPainter::CompositionMode_Source);
+  FPainter->setOpacity(1.0);
+  FPainter->fillRect(QRectF(0, 0, FW, FH), toQColor(color));
+  FPainter->setCompositionMode(mode);
+}
+
+void TQtCanvas::setStroke(TAlphaColor color, TBrushKind kind, TStrokeDash dash, float thickness) {
+  FPen.setColor(toQColor(color));
+  FPen.setStyle(kind == TBrushKind::None ? Qt::NoPen : toPenStyle(dash));
+  setStrokeThickness(thickness);
+}
+void TQtCanvas::setStrokeColor(TAlphaColor color) { FPen.setColor(toQColor(color)); }
+void TQtCanvas::setStrokeDash(TStrokeDash dash) { FPen.setStyle(toPenStyle(dash)); }
+void TQtCanvas::setStrokeThickness(float thickness) {
+  // Qt takes 0 as a hairline; a line thinner than that is drawn as one.
+  // Lines a hair over one pixel are drawn at one: the eye cannot tell, and
+  // Qt strokes them on its fast path.
+  double w = std::max(0.1, double(thickness));
+  if (w > 1.0 && w < 1.25) w = 1.0;
+  FPen.setWidthF(w);
+}
+
+void TQtCanvas::setFill(TAlphaColor color, TBrushKind kind) {
+  FBrush = kind == TBrushKind::None ? QBrush(Qt::NoBrush) : QBrush(toQColor(color));
+}
+
+void TQtCanvas::setFillBitmap(const ICanvasBitmap* bitmap) {
+  if (const auto* b = dynamic_cast<const TQtBitmap*>(bitmap)) FBrush = QBrush(b->image());
+}
+
+void TQtCanvas::setFontSize(float points) { FFont.setPointSizeF(std::max(1.0f, points)); }
+
+void TQtCanvas::stroke() {
+  FPainter->setPen(FPen);
+  FPainter->setBrush(Qt::NoBrush);
+}
+
+void TQtCanvas::fill() {
+  FPainter->setPen(Qt::NoPen);
+  FPainter->setBrush(FBrush);
+}
+
+void TQtCanvas::drawLine(const TPointF& a, const TPointF& b, float opacity) {
+  stroke();
+  FPainter->setOpacity(opacity);
+  FPainter->drawLine(QPointF(a.x, a.y), QPointF(b.x, b.y));
+}
+
+void TQtCanvas::drawEllipse(const TRectF& r, float opacity) {
+  stroke();
+  FPainter->setOpacity(opacity);
+  FPainter->drawEllipse(toQRect(r));
+}
+
+namespace {
+
+// Small filled circles (the dots of thousands of holes) come from a cache
+// of pre-drawn discs, placed at quarter pixels.
+struct TDiscKey {
+  QRgb colour;
+  int size4;     // diameter in quarter pixels
+  int phase;     // sub-pixel phase, x and y in quarters
+  bool operator==(const TDiscKey&) const = default;
+};
+struct TDiscKeyHash {
+  size_t operator()(const TDiscKey& k) const {
+    return (size_t(k.colour) * 1000003u) ^ (size_t(k.size4) << 8) ^ size_t(k.phase);
+  }
+};
+constexpr double kMaxDiscDiameter = 12.0;
+
+const QImage& discImage(const TDiscKey& key) {
+  static std::unordered_map<TDiscKey, QImage, TDiscKeyHash> cache;
+  auto it = cache.find(key);
+  if (it != cache.end()) return it->second;
+  if (cache.size() > 512) cache.clear();
+  const double d = key.size4 / 4.0;
+  const int side = static_cast<int>(std::ceil(d)) + 2;
+  QImage img(side, side, QImage::Format_ARGB32_Premultiplied);
+  img.fill(Qt::transparent);
+  QPainter p(&img);
+  p.setRenderHint(QPainter::Antialiasing, true);
+  p.setPen(Qt::NoPen);
+  p.setBrush(QColor::fromRgba(key.colour));
+  p.drawEllipse(QRectF(1 + (key.phase & 3) / 4.0, 1 + (key.phase >> 2) / 4.0, d, d));
+  p.end();
+  return cache.emplace(key, std::move(img)).first->second;
+}
+
+}  // namespace
+
+void TQtCanvas::fillEllipse(const TRectF& r, float opacity) {
+  const QRectF q = toQRect(r);
+  if (FBrush.style() == Qt::SolidPattern && q.width() == q.height() && q.width() <= kMaxDiscDiameter &&
+      FPainter->transform().isIdentity()) {
+    const double fx = std::floor(q.left()), fy = std::floor(q.top());
+    const int px = static_cast<int>(std::lround((q.left() - fx) * 4)), py = static_cast<int>(std::lround((q.top() - fy) * 4));
+    const TDiscKey key{FBrush.color().rgba(), static_cast<int>(std::lround(q.width() * 4)),
+                       (px & 3) | ((py & 3) << 2)};
+    FPainter->setOpacity(opacity);
+    FPainter->drawImage(QPointF(fx + (px >> 2) - 1, fy + (py >> 2) - 1), discImage(key));
+    return;
+  }
+  fill();
+  FPainter->setOpacity(opacity);
+  FPainter->drawEllipse(toQRect(r));
+}
+
+void TQtCanvas::drawRect(const TRectF& r, float opacity) {
+  stroke();
+  FPainter->setOpacity(opacity);
+  FPainter->drawRect(toQRect(r));
+}
+
+void TQtCanvas::fillRect(const TRectF& r, float opacity) {
+  FPainter->setOpacity(opacity);
+  FPainter->fillRect(toQRect(r), FBrush);
+}
+
+void TQtCanvas::drawPath(const TPathData& path, float opacity) {
+  stroke();
+  FPainter->setOpacity(opacity);
+  const auto& pts = path.points();
+  // Polylines, the common case, go without building a path object.
+  bool plain = pts.size() >= 2 && pts[0].Kind == TPathPointKind::MoveTo;
+  for (size_t i = 1; plain && i < pts.size(); ++i) plain = pts[i].Kind == TPathPointKind::LineTo;
+  if (plain) {
+    QVarLengthArray<QPointF, 64> q(static_cast<int>(pts.size()));
+    for (size_t i = 0; i < pts.size(); ++i) q[static_cast<int>(i)] = QPointF(pts[i].Point.x, pts[i].Point.y);
+    FPainter->drawPolyline(q.data(), q.size());
+    return;
+  }
+  FPainter->drawPath(toQPainterPath(path));
+}
+
+void TQtCanvas::fillPath(const TPathData& path, float opacity) {
+  fill();
+  FPainter->setOpacity(opacity);
+  QPainterPath q = toQPainterPath(path);
+  q.setFillRule(Qt::OddEvenFill);
+  FPainter->drawPath(q);
+}
+
+void TQtCanvas::drawBitmap(const ICanvasBitmap& bitmap, const TRectF& src, const TRectF& dst,
+                           float opacity, bool fastStretch) {
+  const auto* b = dynamic_cast<const TQtBitmap*>(&bitmap);
+  if (!b) return;
+  FPainter->setOpacity(opacity);
+  FPainter->setRenderHint(QPainter::SmoothPixmapTransform, !fastStretch);
+  FPainter->drawImage(toQRect(dst), b->image(), toQRect(src));
+}
+
+void TQtCanvas::fillText(const TRectF& r, const std::string& text, float opacity, TTextAlign horz,
+                         TTextAlign vert) {
+  int flags = 0;
+  flags |= horz == TTextAlign::Leading ? Qt::AlignLeft : horz == TTextAlign::Center ? Qt::AlignHCenter : Qt::AlignRight;
+  flags |= vert == TTextAlign::Leading ? Qt::AlignTop : vert == TTextAlign::Center ? Qt::AlignVCenter : Qt::AlignBottom;
+  FPainter->setOpacity(opacity);
+  FPainter->setFont(FFont);
+  FPainter->setPen(QPen(FBrush.color()));
+  FPainter->drawText(toQRect(r), flags | Qt::TextDontClip, QString::fromStdString(text));
+}
+
+float TQtCanvas::textWidth(const std::string& text) {
+  return static_cast<float>(QFontMetricsF(FFont, FPainter->device()).horizontalAdvance(QString::fromStdString(text)));
+}
+
+float TQtCanvas::textHeight(const std::string&) {
+  return static_cast<float>(QFontMetricsF(FFont, FPainter->device()).height());
+}
+
+TPathData TQtCanvas::textToPath(const std::string& text, const TRectF& r) {
+  QPainterPath q;
+  q.addText(QPointF(r.Left, r.Top + QFontMetricsF(FFont, FPainter->device()).ascent()), FFont,
+            QString::fromStdString(text));
+  return fromQPainterPath(q);
+}
+
+void TQtCanvas::setMatrix(const TMatrix& m) {
+  FMatrix = m;
+  FPainter->setTransform(QTransform(m.m11, m.m12, m.m21, m.m22, m.m31, m.m32));
+}
+
+std::unique_ptr<ICanvasBitmap> TQtCanvas::createBitmap(int w, int h, double scale) {
+  return std::make_unique<TQtBitmap>(w, h, scale);
+}
+
+class TQtBitmap::TImageCanvas : public TQtCanvas {
+ public:
+  explicit TImageCanvas(QImage& image) : FImage(image) {}
+  bool beginScene() override {
+    if (FImagePainter.isActive()) return true;
+    if (!FImagePainter.begin(&FImage)) return false;
+    const double s = FImage.devicePixelRatio();
+    attach(FImagePainter, static_cast<int>(std::lround(FImage.width() / s)),
+           static_cast<int>(std::lround(FImage.height() / s)), s);
+    return true;
+  }
+  void endScene() override {
+    if (FImagePainter.isActive()) FImagePainter.end();
+  }
+  ~TImageCanvas() override { endScene(); }
+
+ private:
+  QImage& FImage;
+  QPainter FImagePainter;
+};
+
+TQtBitmap::TQtBitmap(int w, int h, double scale)
+    : FImage(std::max(1, static_cast<int>(std::lround(w * scale))),
+             std::max(1, static_cast<int>(std::lround(h * scale))), QImage::Format_ARGB32_Premultiplied) {
+  FImage.setDevicePixelRatio(scale);
+  FImage.fill(Qt::transparent);
+}
+
+ICanvas& TQtBitmap::canvas() {
+  if (!FCanvas) FCanvas = std::make_unique<TImageCanvas>(FImage);
+  return *FCanvas;
+}

@@ -1,0 +1,81 @@
+// The canvas on QPainter: the screen, images, and later the printer.
+#pragma once
+
+#include <QFont>
+#include <QImage>
+#include <QPainter>
+#include <QPainterPath>
+#include <memory>
+
+#include "platform/canvas.h"
+
+QPainterPath toQPainterPath(const TPathData& path);
+TPathData fromQPainterPath(const QPainterPath& path);
+
+class TQtCanvas : public ICanvas {
+ public:
+  // Paints through `painter`, which is active and outlives this canvas.
+  TQtCanvas(QPainter& painter, int width, int height, double scale);
+
+  int width() const override { return FW; }
+  int height() const override { return FH; }
+  double canvasScale() const override { return FScale; }
+  bool beginScene() override { return FPainter->isActive(); }
+  void endScene() override {}
+  void clear(TAlphaColor color) override;
+  void setStroke(TAlphaColor color, TBrushKind kind, TStrokeDash dash, float thickness) override;
+  void setStrokeColor(TAlphaColor color) override;
+  void setStrokeDash(TStrokeDash dash) override;
+  void setStrokeThickness(float thickness) override;
+  void setFill(TAlphaColor color, TBrushKind kind) override;
+  void setFillBitmap(const ICanvasBitmap* bitmap) override;
+  void setFontSize(float points) override;
+  void drawLine(const TPointF& a, const TPointF& b, float opacity) override;
+  void drawEllipse(const TRectF& r, float opacity) override;
+  void fillEllipse(const TRectF& r, float opacity) override;
+  void drawRect(const TRectF& r, float opacity) override;
+  void fillRect(const TRectF& r, float opacity) override;
+  void drawPath(const TPathData& path, float opacity) override;
+  void fillPath(const TPathData& path, float opacity) override;
+  void drawBitmap(const ICanvasBitmap& bitmap, const TRectF& src, const TRectF& dst, float opacity,
+                  bool fastStretch) override;
+  void fillText(const TRectF& r, const std::string& text, float opacity, TTextAlign horz,
+                TTextAlign vert) override;
+  float textWidth(const std::string& text) override;
+  float textHeight(const std::string& text) override;
+  TPathData textToPath(const std::string& text, const TRectF& r) override;
+  void setMatrix(const TMatrix& m) override;
+  TMatrix matrix() const override { return FMatrix; }
+  std::unique_ptr<ICanvasBitmap> createBitmap(int w, int h, double scale) override;
+
+ protected:
+  TQtCanvas() = default;
+  void attach(QPainter& painter, int width, int height, double scale);
+  QPainter* FPainter = nullptr;
+
+ private:
+  int FW = 0, FH = 0;
+  double FScale = 1;
+  QPen FPen;
+  QBrush FBrush;
+  QFont FFont;
+  TMatrix FMatrix;
+  void stroke();
+  void fill();
+};
+
+// A bitmap in memory; its canvas paints into it between beginScene and endScene.
+class TQtBitmap : public ICanvasBitmap {
+ public:
+  TQtBitmap(int w, int h, double scale);
+  int width() const override { return FImage.width(); }
+  int height() const override { return FImage.height(); }
+  double bitmapScale() const override { return FImage.devicePixelRatio(); }
+  ICanvas& canvas() override;
+  const QImage& image() const { return FImage; }
+
+ private:
+  class TImageCanvas;
+  QImage FImage;
+  std::unique_ptr<TImageCanvas> FCanvas;
+};

@@ -1,0 +1,76 @@
+// One paint of the canvas: the scene in its fixed order, each shape on a
+// copy of its path in pixels. Made by pboxPaint for a single paint; it
+// borrows the controller and the canvas.
+#pragma once
+
+#include <string>
+#include <unordered_map>
+
+#include "document/path_data.h"
+#include "document/pw_path.h"
+#include "document/types.h"
+#include "platform/canvas.h"
+#include "surface/paint_palette.h"
+#include "surface/view_colors.h"
+
+class TfrmPelw;
+
+// The stroke a shape gets.
+struct TShapePen {
+  TAlphaColor color = 0;
+  TAlphaColor fill = 0;
+  float thickness = 1;
+  TStrokeDash dash = TStrokeDash::Solid;
+};
+
+// The pen on the screen: the palette row's colour for the background (the
+// shape's own colour without a row), the selection colour when selected, a
+// thickness that grows gently with the zoom, the row's dash. A symmetry
+// target is drawn as a dotted centre line.
+TShapePen screenPenFor(const TPW_Path& shape, const IPaintPalette* palette, bool blackBackground,
+                       double pixelsPerMm, const TStrokeDefs& defs, TAlphaColor centerlineColor);
+
+// Radius in pixels of the dot drawn on a hole or a dot, with and without
+// the simulated thread showing.
+double holeDotRadius(double pixelsPerMm, bool threadShowing);
+
+class TScenePainter {
+ public:
+  TScenePainter(TfrmPelw& form, ICanvas& canvas);
+
+  void paint();
+
+  // Steps, in the order paint() runs them.
+  void paintGrid();
+  void paintShapes();
+  void paintGroupFrames();
+  void paintIntersections();
+  void paintStitchSimulator();
+  void paintBanners();
+  void paintScaleBar();
+
+  // One shape, already known to be visible.
+  void paintShape(TPW_Path& shape);
+
+ private:
+  TfrmPelw& F;
+  ICanvas& C;
+  TPathData FScreenPath;  // the shape's path in pixels, reused for each shape
+  double FPixel;          // one pixel in millimetres
+  bool FBlack;
+
+  const TPathData& toScreen(const TPathData& real);
+  TPointF px(const TPointF& real) const;
+  bool shapeIsShown(TPW_Path& shape, const TRectF& visible) const;
+  float shapeOpacity(const TPW_Path& shape) const;
+  TShapePen paperPen(const TPW_Path& shape) const;
+  void paintBody(TPW_Path& shape, const TShapePen& pen, float opacity);
+  void paintHole(TPW_Path& shape, const TShapePen& pen, float opacity);
+  void paintHandles(TPW_Path& shape);
+  void paintArrows(TPW_Path& shape, const TShapePen& pen, float opacity);
+  void handleSquare(const TPointF& real, float opacity);
+  void handleCircle(const TPointF& real, float opacity);
+  void dottedBox(const TRectF& real, float opacity);
+  void arrowHead(const TPointF& tip, const TPointF& from, double length, float opacity);
+  bool threadShowsOn(const TPW_Path& hole) const;
+};

@@ -1,0 +1,131 @@
+// The real window on the offscreen platform: the sample open, reset view,
+// wheel zoom, the View menu, and screenshots when asked for.
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QDir>
+#include <QImage>
+#include <QLabel>
+#include <QWheelEvent>
+
+#include "app/frm_pelw.h"
+#include "app/sample_card_holder.h"
+#include "platform/qt/canvas_widget.h"
+#include "platform/qt/main_window.h"
+#include "platform/qt/qt_text_layout.h"
+#include "test_support.h"
+
+namespace {
+
+// The line rows the sample uses, with their colours for both backgrounds.
+struct TSamplePalette : IPaintPalette {
+  std::vector<TPaletteLook> rows{40};
+  TSamplePalette() {
+    auto set = [this](int i, TAlphaColor dark, TAlphaColor white, float t, TStrokeDash d) {
+      rows[static_cast<size_t>(i)] = TPaletteLook{dark, white, t, d, true, false};
+    };
+    set(0, 0xFF00FFFF, 0xFF00008B, 1.5f, TStrokeDash::Solid);
+    set(2, 0xFFFFFFFF, 0xFF000000, 1.2f, TStrokeDash::Solid);
+    set(3, 0xFFFFFF00, 0xFFBDB76B, 1.1f, TStrokeDash::Dash);
+    set(36, 0xFFFFFFFF, 0xFFD2691E, 1.0f, TStrokeDash::Dot);
+    set(38, 0xFFFFFFFF, 0xFF000000, 2.0f, TStrokeDash::Solid);
+  }
+  int count() const override { return 40; }
+  TPaletteLook row(int i) const override { return rows[static_cast<size_t>(i)]; }
+};
+
+class MainWindowView : public ::testing::Test {
+ protected:
+  TTempDir dir;
+  TSamplePalette palette;
+  TQtTextLayout layout;
+  TfrmPelw form;
+  std::unique_ptr<TMainWindow> window;
+  void SetUp() override {
+    setTextLayout(&layout);
+    form.FAppDataPath = dir.path();
+    form.FormCreate({});
+    buildCardHolderSample(*form.PathList);
+    form.FPaintPalette = &palette;
+    window = std::make_unique<TMainWindow>(form);
+    window->resize(1000, 700);
+    window->show();
+    QApplication::processEvents();
+  }
+  void TearDown() override {
+    window.reset();
+    setTextLayout(nullptr);
+  }
+  QImage grabCanvas() { return window->canvas()->grab().toImage(); }
+  // Saves a screenshot when PELWRIGHT_SCREENSHOT_DIR is set.
+  void keep(const QString& name) {
+    const QByteArray folder = qgetenv("PELWRIGHT_SCREENSHOT_DIR");
+    if (folder.isEmpty()) return;
+    QApplication::processEvents();
+    window->grab().save(QDir(QString::fromUtf8(folder)).filePath(name));
+  }
+};
+
+TEST_F(MainWindowView, OpensFittedOnTheSample) {
+  EXPECT_EQ(form.PathList->Count(), 36u);
+  EXPECT_EQ(form.FPboxWidth, window->canvas()->width());
+  // Fitted: the whole card holder is in view, and fairly large.
+  const TRectF v = form.VisibleRealRect();
+  EXPECT_LE(v.Left, 0);
+  EXPECT_GE(v.Right, 100);
+  EXPECT_LE(v.Top, 0);
+  EXPECT_GE(v.Bottom, 130);
+  EXPECT_GT(form.FScale.x, 3);
+  const QImage img = grabCanvas();
+  // Cyan outline pixels are on the black canvas.
+  int cyan = 0;
+  for (int y = 0; y < img.height(); y += 2)
+    for (int x = 0; x < img.width(); x += 2) {
+      const QColor c = img.pixelColor(x, y);
+      if (c.red() < 80 && c.green() > 180 && c.blue() > 180) ++cyan;
+    }
+  EXPECT_GT(cyan, 100);
+  EXPECT_TRUE(window->findChild<QLabel*>("lblStatus")->text().startsWith("Scale "));
+  keep("card_holder_black_fit.png");
+}
+
+TEST_F(MainWindowView, WheelZoomsAndResetViewComesBack) {
+  const TPointF fitted = form.FScale;
+  const TPointF fittedOffset = form.FOffset;
+  TCanvasWidget* canvas = window->canvas();
+  const QPointF at(200, 150);
+  QWheelEvent wheel(at, canvas->mapToGlobal(at), QPoint(), QPoint(0, 120), Qt::NoButton, Qt::NoModifier,
+                    Qt::NoScrollPhase, false);
+  QApplication::sendEvent(canvas, &wheel);
+  EXPECT_GT(form.FScale.x, fitted.x * 1.1f);
+  EXPECT_TRUE(form.FLastMousePos.identical(TPointF(200, 150)));
+  window->FActResetView->trigger();
+  EXPECT_TRUE(form.FScale.identical(fitted));
+  EXPECT_TRUE(form.FOffset.identical(fittedOffset));
+  EXPECT_EQ(window->FActResetView->shortcut(), QKeySequence("Ctrl+R"));
+}
+
+TEST_F(MainWindowView, ViewMenuSwitchesBackgroundAndGrid) {
+  window->FActWhiteBackground->trigger();
+  EXPECT_FALSE(form.FIsBlackBackgroundMode);
+  QImage img = grabCanvas();
+  EXPECT_EQ(img.pixelColor(img.width() / 2, img.height() - 3).lightness() > 200, true);
+  keep("card_holder_white_fit.png");
+  window->FActShowGrid->toggle();
+  EXPECT_FALSE(form.FShowGrid);
+  window->FActBlackBackground->trigger();
+  EXPECT_TRUE(form.FIsBlackBackgroundMode);
+}
+
+TEST_F(MainWindowView, TwentyPixelsAMillimetre) {
+  form.FScale = TPointF(20, 20);
+  form.FOffset = TPointF(-1400, -1000);  // the lower right corner of the body
+  form.RepaintCanvas();
+  keep("card_holder_black_20px.png");
+  window->FActWhiteBackground->trigger();
+  keep("card_holder_white_20px.png");
+  const QImage img = grabCanvas();
+  EXPECT_FALSE(img.isNull());
+}
+
+}  // namespace

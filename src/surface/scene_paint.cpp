@@ -38,7 +38,7 @@ TScenePainter::TScenePainter(TfrmPelw& form, ICanvas& canvas)
 TPointF TScenePainter::px(const TPointF& real) const { return realToScreen(real, F.FScale, F.FOffset); }
 
 const TPathData& TScenePainter::toScreen(const TPathData& real) {
-  auto& out = FScreenPath.points();
+  auto& out = FScreenPath.mutablePoints();
   const auto& in = real.points();
   out.resize(in.size());
   const double sx = F.FScale.x, sy = F.FScale.y, ox = F.FOffset.x, oy = F.FOffset.y;

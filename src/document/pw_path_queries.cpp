@@ -107,11 +107,11 @@ TPointFArray TPW_Path::getControlPoints(bool IncludeCenterForArc, bool forceEach
   } else if (FShapeType == ShapeType::Bezier) {
     if (!DoBezierQuaters) return {FStartPt, FEndPt};
     if (!FControlPointsCache.empty()) return FControlPointsCache;
-    const TBezier b{FStartPt, FBezierCp1, FBezierCp2, FEndPt};
+    // The marks at a quarter, half and three quarters of the arc length;
+    // the three share one table of running lengths.
+    const TBezierLengthTable table(TBezier{FStartPt, FBezierCp1, FBezierCp2, FEndPt});
     pts = {FStartPt, FEndPt};
-    double total = 0.0;
-    const double len = bezierLength(b);
-    for (double f : {0.25, 0.5, 0.75}) pts.push_back(bezierPointAtLength(b, len * f, total));
+    for (double f : {0.25, 0.5, 0.75}) pts.push_back(table.pointAtLength(table.total() * f));
     FControlPointsCache = pts;
   } else {
     const TRectF r = getBoundary(false);

@@ -70,26 +70,37 @@ bool layersLetMeet(const TShapeList* layers, const TPW_Path& a, const TPW_Path& 
   return !layers->GetIsIndependentLayer(a.FLayerID) && !layers->GetIsIndependentLayer(b.FLayerID);
 }
 
-void collectIntersections(const std::vector<TPW_Path*>& shapes, const TShapeList* layers,
-                          TIntersections& intersections, TPW_Path* shape) {
+namespace {
+
+// One shape against a run of others, in their order. The pair engine
+// rejects boxes further apart than 0.1 at once; testing the cached boxes
+// first here spares it, and the kind and layer tests, for the many shapes
+// far away.
+template <typename Range, typename Get>
+void collectAgainst(const Range& shapes, Get get, const TShapeList* layers,
+                    TIntersections& intersections, TPW_Path* shape) {
   if (!shape || !canHaveCrossings(*shape)) return;
   const TGridBox box = boundaryBox(*shape);
-  for (TPW_Path* other : shapes) {
-    if (!other || other == shape || !canHaveCrossings(*other)) continue;
-    // The pair engine rejects boxes further apart than 0.1 at once; testing
-    // first here spares it the work for the many shapes far away.
+  for (const auto& item : shapes) {
+    TPW_Path* other = get(item);
+    if (!other || other == shape) continue;
     if (!gridBoxesMeet(box, boundaryBox(*other), kCandidateMargin)) continue;
-    if (!layersLetMeet(layers, *shape, *other, true)) continue;
+    if (!canHaveCrossings(*other) || !layersLetMeet(layers, *shape, *other, true)) continue;
     TIntersectionList found = calcShapeIntersections(shape, other);
     addAll(found, intersections);
   }
 }
 
+}  // namespace
+
+void collectIntersections(const std::vector<TPW_Path*>& shapes, const TShapeList* layers,
+                          TIntersections& intersections, TPW_Path* shape) {
+  collectAgainst(shapes, [](TPW_Path* p) { return p; }, layers, intersections, shape);
+}
+
 void collectIntersections(TShapeList& shapes, TIntersections& intersections, TPW_Path* shape) {
-  std::vector<TPW_Path*> all;
-  all.reserve(shapes.Count());
-  for (const auto& s : shapes) all.push_back(s.get());
-  collectIntersections(all, &shapes, intersections, shape);
+  collectAgainst(shapes.items(), [](const std::unique_ptr<TPW_Path>& p) { return p.get(); }, &shapes,
+                 intersections, shape);
 }
 
 void collectIntersectionsFrom(TShapeList& shapes, TIntersections& intersections, size_t firstIndex,

@@ -98,6 +98,16 @@ TEST(BezierQuarterMarks, MarksAtQuarterLengthsAreCachedUntilReset) {
   EXPECT_GT(s->getControlPoints(false, false, true)[2].y, 1.0);
 }
 
+TEST(BezierQuarterMarks, SharedTableGivesExactlyThePointsAtLength) {
+  auto s = shapes::bezier(TPointF(0, 0), TPointF(10, 25), TPointF(40, -20), TPointF(50, 5));
+  const TPointFArray pts = s->getControlPoints(false, false, true);
+  const TBezier b = bezierOf(*s);
+  const double len = bezierLength(b);
+  double total = 0;
+  for (int i = 0; i < 3; ++i)
+    EXPECT_TRUE(pts[2 + i].identical(bezierPointAtLength(b, len * (i + 1) / 4.0, total))) << i;
+}
+
 TEST(NearestBezierParameter, TiesGoToTheSmallerParameter) {
   // A closed loop: start and end are the same nearest point.
   auto loop = shapes::bezier(TPointF(0, 0), TPointF(10, 10), TPointF(-10, 10), TPointF(0, 0));

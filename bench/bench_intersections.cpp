@@ -2,6 +2,9 @@
 // after a load, and one shape added through the controller.
 #include <benchmark/benchmark.h>
 
+#include <map>
+#include <memory>
+
 #include "app/frm_pelw.h"
 #include "geometry/collect_intersections.h"
 #include "pattern_document.h"
@@ -49,16 +52,19 @@ BENCHMARK(BM_GatherAllAsLoaded)->Arg(0)->Unit(benchmark::kMillisecond)->Iteratio
 
 struct TControllerDoc {
   TfrmPelw frm;
-  TControllerDoc() {
+  explicit TControllerDoc(int shapes) {
     frm.PathList = std::make_unique<TShapeList>(nullptr, "en");
     frm.FIntersections = std::make_unique<TIntersections>();
-    bench_doc::fill(*frm.PathList, kShapes);
+    bench_doc::fill(*frm.PathList, shapes);
     collectIntersectionsFrom(*frm.PathList, *frm.FIntersections, 0);
   }
 };
 
-TControllerDoc& controllerDocument() {
-  static TControllerDoc* d = new TControllerDoc();
+// Documents of the given size with their crossings, made once per size.
+TControllerDoc& controllerDocument(int shapes) {
+  static std::map<int, std::unique_ptr<TControllerDoc>> docs;
+  auto& d = docs[shapes];
+  if (!d) d = std::make_unique<TControllerDoc>(shapes);
   return *d;
 }
 
@@ -71,7 +77,7 @@ std::unique_ptr<TPW_Path> newLineAcross(int i) {
 
 // One line drawn across a piece: added and its crossings gathered.
 void BM_AddShapeToDocument(benchmark::State& state) {
-  TControllerDoc& d = controllerDocument();
+  TControllerDoc& d = controllerDocument(static_cast<int>(state.range(0)));
   int i = 0;
   size_t found = 0;
   for (auto _ : state) {
@@ -86,11 +92,11 @@ void BM_AddShapeToDocument(benchmark::State& state) {
   state.counters["crossings_per_add"] = double(found) / double(state.iterations());
   state.counters["document_crossings"] = double(d.frm.FIntersections->Count());
 }
-BENCHMARK(BM_AddShapeToDocument)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_AddShapeToDocument)->Arg(kShapes)->Arg(50000)->Unit(benchmark::kMicrosecond);
 
 // One shape of the document moved: old crossings dropped, new gathered.
 void BM_ShapeChanged(benchmark::State& state) {
-  TControllerDoc& d = controllerDocument();
+  TControllerDoc& d = controllerDocument(kShapes);
   TPW_Path* s = (*d.frm.PathList)[d.frm.PathList->Count() / 2];
   float dx = 0.5f;
   for (auto _ : state) {

@@ -283,12 +283,15 @@ void TPW_Path::getLastTwoPoints(TPointF& pt1, TPointF& pt2) const {
 }
 
 float TPW_Path::findNearestBezierT(const TPointF& pt, TPointF& ActualPt) const {
+  // An exhaustive scan of 10001 samples, no refinement. Distances are kept
+  // as singles, and only a strictly closer sample replaces the best, so on
+  // a tie the smallest t wins.
   float bestT = 0.0f;
-  double bestD = std::numeric_limits<double>::infinity();
+  float bestD = 0.0f;
   for (int i = 0; i <= 10000; ++i) {
-    const float t = static_cast<float>(i) / 10000.0f;
+    const float t = static_cast<float>(i / 10000.0);
     const TPointF q = cubicPointAt(FStartPt, FBezierCp1, FBezierCp2, FEndPt, t);
-    const double d = std::hypot(double(q.x) - pt.x, double(q.y) - pt.y);
+    const float d = distanceOf(q, pt);
     if (i == 0 || d < bestD) {
       bestD = d;
       bestT = t;

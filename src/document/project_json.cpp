@@ -1,0 +1,220 @@
+#include "document/project_json.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "document/json_text_writer.h"
+#include "document/json_value_forms.h"
+#include "document/number_text.h"
+#include "document/shape_list.h"
+
+namespace {
+
+// The keys of a backdrop object in the order they are written.
+constexpr const char* kBackdropKeyOrder[] = {"type", "fullpath", "topleft", "angle", "rotc",
+                                             "dpi",  "w",        "h",       "zipbmp"};
+
+void writeMeta(TJsonTextWriter& w, const char* fileType, const std::string* memo) {
+  w.key("meta");
+  w.beginObject();
+  w.stringField("file_type", fileType);
+  w.stringField("version", kProjectFileVersion);
+  if (memo) w.stringField("memo", *memo);
+  w.endObject();
+}
+
+void writeLayers(TJsonTextWriter& w, const TShapeList& list) {
+  w.key("layers");
+  w.beginArray();
+  for (int id : list.FLayers) {
+    w.beginObject();
+    w.key("id");
+    w.intValue(id);
+    writeBool(w, "chk", list.GetlayerVisible(id));
+    w.stringField("nam", list.GetLayerName(id));
+    writeBool(w, "indp", list.GetIsIndependentLayer(id));
+    w.endObject();
+  }
+  w.endArray();
+}
+
+void writePrintAreas(TJsonTextWriter& w, const TShapeList& list) {
+  w.key("printareas");
+  w.beginArray();
+  const size_t n = std::min({list.FPrintOffset.size(), list.FPrintTarget.size(), list.FPrintScalePos.size()});
+  for (size_t i = 0; i < n; ++i) {
+    w.beginObject();
+    writePt(w, "offset", list.FPrintOffset[i]);
+    w.key("target");
+    w.boolValue(list.FPrintTarget[i]);
+    w.key("scalepos");
+    w.intValue(list.FPrintScalePos[i]);
+    w.endObject();
+  }
+  w.endArray();
+}
+
+size_t backdropKeyRank(const std::string& key) {
+  for (size_t i = 0; i < std::size(kBackdropKeyOrder); ++i)
+    if (key == kBackdropKeyOrder[i]) return i;
+  return std::size(kBackdropKeyOrder);
+}
+
+}  // namespace
+
+void writeJsonValue(TJsonTextWriter& w, const nlohmann::json& v) {
+  switch (v.type()) {
+    case nlohmann::json::value_t::object: {
+      std::vector<const std::string*> keys;
+      for (auto it = v.begin(); it != v.end(); ++it) keys.push_back(&it.key());
+      std::stable_sort(keys.begin(), keys.end(), [](const std::string* a, const std::string* b) {
+        return backdropKeyRank(*a) < backdropKeyRank(*b);
+      });
+      w.beginObject();
+      for (const std::string* k : keys) {
+        w.key(*k);
+        writeJsonValue(w, v.at(*k));
+      }
+      w.endObject();
+      break;
+    }
+    case nlohmann::json::value_t::array:
+      w.beginArray();
+      for (const auto& e : v) writeJsonValue(w, e);
+      w.endArray();
+      break;
+    case nlohmann::json::value_t::string:
+      w.stringValue(v.get_ref<const std::string&>());
+      break;
+    case nlohmann::json::value_t::boolean:
+      w.boolValue(v.get<bool>());
+      break;
+    case nlohmann::json::value_t::number_integer:
+      w.intValue(v.get<long long>());
+      break;
+    case nlohmann::json::value_t::number_unsigned:
+      w.rawNumber(std::to_string(v.get<unsigned long long>()));
+      break;
+    case nlohmann::json::value_t::number_float: {
+      const double d = v.get<double>();
+      w.rawNumber(std::isfinite(d) ? floatToTextWithPoint(d) : "0.0");
+      break;
+    }
+    default:
+      w.nullValue();
+      break;
+  }
+}
+
+std::string projectFileText(const TShapeList& list, const std::vector<TBackdropData>& backdrops) {
+  // About 500 bytes a shape; a little more for long paths.
+  TJsonTextWriter w(4096 + list.Count() * 600);
+  w.beginObject();
+  writeMeta(w, kProjectFileType, &list.FMemo);
+  writeLayers(w, list);
+  w.key("shapes");
+  w.beginArray();
+  for (const auto& s : list) s->toJson(w);
+  w.endArray();
+  w.key("backdrops");
+  w.beginArray();
+  for (const auto& b : backdrops) writeJsonValue(w, b.FJson);
+  w.endArray();
+  writePrintAreas(w, list);
+  w.endObject();
+  std::string out = kUtf8Bom;
+  out += w.text();
+  out += "\r\n";
+  return out;
+}
+
+std::string copiedShapesFileText(const std::vector<const TPW_Path*>& shapes) {
+  TJsonTextWriter w(1024 + shapes.size() * 600);
+  w.beginObject();
+  writeMeta(w, kCopiedShapesFileType, nullptr);
+  w.key("shapes");
+  w.beginArray();
+  for (const TPW_Path* s : shapes)
+    if (s) s->toJson(w);
+  w.endArray();
+  w.endObject();
+  std::string out = kUtf8Bom;
+  out += w.text();
+  out += "\r\n";
+  return out;
+}
+
+std::string repairUtf8(const std::string& bytes) {
+  // Fast path: most files are valid (our own are plain ASCII).
+  size_t i = 0;
+  const size_t n = bytes.size();
+  auto validAt = [&](size_t at, size_t& len) {
+    const unsigned char c = static_cast<unsigned char>(bytes[at]);
+    if (c < 0x80) { len = 1; return true; }
+    unsigned cp = 0;
+    if (c >= 0xC2 && c <= 0xDF) { len = 2; cp = c & 0x1F; }
+    else if (c >= 0xE0 && c <= 0xEF) { len = 3; cp = c & 0x0F; }
+    else if (c >= 0xF0 && c <= 0xF4) { len = 4; cp = c & 0x07; }
+    else return false;
+    if (at + len > n) return false;
+    for (size_t k = 1; k < len; ++k) {
+      const unsigned char cc = static_cast<unsigned char>(bytes[at + k]);
+      if ((cc & 0xC0) != 0x80) return false;
+      cp = (cp << 6) | (cc & 0x3F);
+    }
+    if ((len == 3 && cp < 0x800) || (len == 4 && (cp < 0x10000 || cp > 0x10FFFF)) ||
+        (cp >= 0xD800 && cp <= 0xDFFF))
+      return false;
+    return true;
+  };
+  size_t len = 0;
+  while (i < n && validAt(i, len)) i += len;
+  if (i == n) return bytes;
+  std::string out = bytes.substr(0, i);
+  while (i < n) {
+    if (validAt(i, len)) {
+      out.append(bytes, i, len);
+      i += len;
+    } else {
+      out += "\xEF\xBF\xBD";
+      ++i;
+    }
+  }
+  return out;
+}
+
+TParsedJsonText parseJsonFileText(const std::string& bytes) {
+  TParsedJsonText result;
+  std::string text = bytes.rfind(kUtf8Bom, 0) == 0 ? bytes.substr(3) : bytes;
+  text = repairUtf8(text);
+  // Nesting depth, counted outside strings, before the parser builds a tree
+  // that deep.
+  int depth = 0;
+  bool inString = false;
+  for (size_t i = 0; i < text.size(); ++i) {
+    const char c = text[i];
+    if (inString) {
+      if (c == '\\') ++i;
+      else if (c == '"') inString = false;
+      continue;
+    }
+    if (c == '"') inString = true;
+    else if (c == '{' || c == '[') {
+      if (++depth > kMaxJsonDepth) {
+        result.FProblem = "the text nests deeper than " + std::to_string(kMaxJsonDepth) + " levels";
+        return result;
+      }
+    } else if (c == '}' || c == ']') {
+      --depth;
+    }
+  }
+  try {
+    result.FRoot = nlohmann::json::parse(text);
+  } catch (const nlohmann::json::exception& e) {
+    result.FProblem = e.what();
+    result.FRoot = nullptr;
+    return result;
+  }
+  result.FState = result.FRoot.is_object() ? TJsonTextState::Object : TJsonTextState::NotObject;
+  return result;
+}

@@ -39,7 +39,7 @@ std::unique_ptr<TPW_Path> readOneShape(const nlohmann::json& jo, size_t index,
   } catch (const TJsonFormError& e) {
     std::string what = e.what();
     if (what.rfind("shape", 0) == 0) what = what.substr(5);
-    else what = ": " + what;
+    else what = ", " + what;
     throw TJsonFormError(where + what);
   }
   if (shape->FPalletIndex < 0) {

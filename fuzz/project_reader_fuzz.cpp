@@ -13,15 +13,15 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const std::string bytes(reinterpret_cast<const char*>(data), size);
-  const TParsedJsonText parsed = parseJsonFileText(bytes);
-  if (parsed.FState != TJsonTextState::Object) return 0;
   TPrickingIronGroups irons;
   TPalletList pallet;
   TProjectReadContext context;
   context.FIrons = &irons;
   context.FPallet = &pallet;
   try {
-    TProjectContent content = readProjectObject(parsed.FRoot, context);
+    TJsonTextState state = TJsonTextState::NotJson;
+    TProjectContent content = readProjectFileText(bytes, context, state);
+    if (state != TJsonTextState::Object) return 0;
     repairStitchLinks(*content.FList);
     content.FList->restoreLayers();
     findDuplicates(*content.FList);

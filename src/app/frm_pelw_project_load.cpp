@@ -56,8 +56,15 @@ void TfrmPelw::afterDocumentReplaced() {
 
 bool TfrmPelw::loadProjectText(const std::string& filename, const std::string& bytes) {
   if (!PathList) return false;
-  const TParsedJsonText parsed = parseJsonFileText(bytes);
-  if (parsed.FState != TJsonTextState::Object) {
+  TJsonTextState state = TJsonTextState::NotJson;
+  TProjectContent content;
+  try {
+    content = readProjectFileText(bytes, readContext(*this), state);
+  } catch (const std::exception& e) {
+    showFault(filename + ": " + e.what());
+    return false;
+  }
+  if (state != TJsonTextState::Object) {
     // Not a project: an empty document that still carries the file's name.
     showFault(phrase("NotPWCFile") + "\n" + filename);
     PathList->clearAll();
@@ -67,13 +74,6 @@ bool TfrmPelw::loadProjectText(const std::string& filename, const std::string& b
     updateCaption();
     actResetView();
     afterDocumentReplaced();
-    return false;
-  }
-  TProjectContent content;
-  try {
-    content = readProjectObject(parsed.FRoot, readContext(*this));
-  } catch (const std::exception& e) {
-    showFault(filename + ": " + e.what());
     return false;
   }
   PathList = std::move(content.FList);

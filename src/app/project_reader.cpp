@@ -21,7 +21,7 @@ std::string shapeWhere(size_t index) { return "shape " + std::to_string(index + 
 
 // One shape object with the repairs of the load: its iron, its palette row,
 // and the hole that lies in outer space.
-std::unique_ptr<TPW_Path> readOneShape(const nlohmann::json& jo, size_t index,
+std::unique_ptr<TPW_Path> readOneShape(const nlohmann::ordered_json& jo, size_t index,
                                        const TProjectReadContext& c) {
   const std::string where = shapeWhere(index);
   if (!jo.is_object()) throw TJsonFormError(where + " is not a JSON object");
@@ -63,7 +63,7 @@ std::unique_ptr<TPW_Path> readOneShape(const nlohmann::json& jo, size_t index,
   return shape;
 }
 
-void readLayers(const nlohmann::json& root, TShapeList& list) {
+void readLayers(const nlohmann::ordered_json& root, TShapeList& list) {
   const auto* layers = findKey(root, "layers");
   if (layers && layers->is_array()) {
     for (size_t i = 0; i < layers->size(); ++i) {
@@ -86,7 +86,7 @@ void readLayers(const nlohmann::json& root, TShapeList& list) {
   if (list.FLayers.empty()) list.addLayer(-1, "", true);
 }
 
-bool readPrintAreas(const nlohmann::json& root, TShapeList& list) {
+bool readPrintAreas(const nlohmann::ordered_json& root, TShapeList& list) {
   list.FPrintOffset.clear();
   list.FPrintTarget.clear();
   list.FPrintScalePos.clear();
@@ -113,7 +113,7 @@ bool readPrintAreas(const nlohmann::json& root, TShapeList& list) {
 
 }  // namespace
 
-std::vector<std::unique_ptr<TPW_Path>> readShapeObjects(const nlohmann::json& shapes,
+std::vector<std::unique_ptr<TPW_Path>> readShapeObjects(const nlohmann::ordered_json& shapes,
                                                         const TProjectReadContext& context) {
   std::vector<std::unique_ptr<TPW_Path>> out;
   if (!shapes.is_array()) return out;
@@ -122,7 +122,35 @@ std::vector<std::unique_ptr<TPW_Path>> readShapeObjects(const nlohmann::json& sh
   return out;
 }
 
-TProjectContent readProjectObject(const nlohmann::json& root, const TProjectReadContext& c) {
+TProjectContent readProjectFileText(const std::string& bytes, const TProjectReadContext& c,
+                                    TJsonTextState& state) {
+  using J = nlohmann::ordered_json;
+  std::vector<std::unique_ptr<TPW_Path>> shapes;
+  std::string topKey;
+  bool inShapes = false;
+  const J::parser_callback_t callback = [&](int depth, J::parse_event_t event, J& parsed) {
+    if (depth == 1) {
+      if (event == J::parse_event_t::key) topKey = parsed.get<std::string>();
+      else if (event == J::parse_event_t::array_start) inShapes = topKey == "shapes";
+      else if (event == J::parse_event_t::array_end || event == J::parse_event_t::object_end) inShapes = false;
+    } else if (depth == 2 && inShapes && event == J::parse_event_t::object_end) {
+      // Read at once and dropped from the tree.
+      shapes.push_back(readOneShape(parsed, shapes.size(), c));
+      return false;
+    }
+    return true;
+  };
+  TParsedJsonText parsed = parseJsonFileText(bytes, callback);
+  state = parsed.FState;
+  if (state != TJsonTextState::Object) return {};
+  const auto* rest = findKey(parsed.FRoot, "shapes");
+  if (rest && rest->is_array() && !rest->empty())
+    throw TJsonFormError("shape " + std::to_string(shapes.size() + 1) + " is not a JSON object");
+  return readProjectObject(parsed.FRoot, c, &shapes);
+}
+
+TProjectContent readProjectObject(const nlohmann::ordered_json& root, const TProjectReadContext& c,
+                                  std::vector<std::unique_ptr<TPW_Path>>* preRead) {
   TProjectContent content;
   content.FList = std::make_unique<TShapeList>(c.FMultiLang, c.FLangID);
   content.FIntersections = std::make_unique<TIntersections>();
@@ -136,12 +164,16 @@ TProjectContent readProjectObject(const nlohmann::json& root, const TProjectRead
 
   std::vector<TPW_Path*> renumber;
   std::unordered_set<int> seen;
-  const auto* shapes = findKey(root, "shapes");
-  if (shapes && shapes->is_array()) {
+  std::vector<std::unique_ptr<TPW_Path>> readHere;
+  if (!preRead) {
+    if (const auto* shapes = findKey(root, "shapes"); shapes && shapes->is_array())
+      readHere = readShapeObjects(*shapes, c);
+  }
+  std::vector<std::unique_ptr<TPW_Path>>& all = preRead ? *preRead : readHere;
+  {
     // Curves of true ellipses take their numbers once the file's own are known.
     TShapeList scratchIds(nullptr, c.FLangID);
-    for (size_t i = 0; i < shapes->size(); ++i) {
-      std::unique_ptr<TPW_Path> shape = readOneShape((*shapes)[i], i, c);
+    for (auto& shape : all) {
       TPW_Path* raw = shape.get();
       const bool fresh = raw->FID >= 0 && seen.insert(raw->FID).second;
       if (raw->FShapeType == ShapeType::Line && samePoint(raw->FStartPt, raw->FEndPt, 0.0)) continue;

@@ -42,14 +42,22 @@ struct TProjectContent {
   bool FHadPrintAreas = false;
 };
 
-// The document of a parsed project object. Throws TJsonFormError (naming
-// the shape, layer or print area and the key) for a missing required key
-// or a value of the wrong kind.
-TProjectContent readProjectObject(const nlohmann::json& root, const TProjectReadContext& context);
+// The document of a project file's bytes. `state` tells whether they were
+// a JSON object at all; the content is empty when not. Throws
+// TJsonFormError (naming the shape, layer or print area and the key) for a
+// missing required key or a value of the wrong kind. Shapes are read while
+// the text is parsed, so the tree of a large file is never built whole.
+TProjectContent readProjectFileText(const std::string& bytes, const TProjectReadContext& context,
+                                    TJsonTextState& state);
+
+// The document of a parsed project object; `shapes`, when given, were read
+// from its "shapes" already, which the object then no longer holds.
+TProjectContent readProjectObject(const nlohmann::ordered_json& root, const TProjectReadContext& context,
+                                  std::vector<std::unique_ptr<TPW_Path>>* shapes = nullptr);
 
 // The shapes of a clipboard file's object, as read from a project (palette
 // and hole repairs, irons), ids as in the file. Throws as above.
-std::vector<std::unique_ptr<TPW_Path>> readShapeObjects(const nlohmann::json& shapes,
+std::vector<std::unique_ptr<TPW_Path>> readShapeObjects(const nlohmann::ordered_json& shapes,
                                                         const TProjectReadContext& context);
 
 // The stitch link repair: each hole's previous hole learns it as its next

@@ -84,8 +84,8 @@ bool equalsNoCase(const std::string& a, const char* b) {
   throw TJsonFormError(what + ": " + problem);
 }
 
-std::string shortDump(const nlohmann::json& v) {
-  std::string s = v.dump(-1, ' ', true, nlohmann::json::error_handler_t::replace);
+std::string shortDump(const nlohmann::ordered_json& v) {
+  std::string s = v.dump(-1, ' ', true, nlohmann::ordered_json::error_handler_t::replace);
   if (s.size() > 40) s = s.substr(0, 37) + "...";
   return s;
 }
@@ -104,7 +104,7 @@ bool numberFromText(const std::string& text, double& out) {
   return false;
 }
 
-double numberValue(const nlohmann::json& v, const std::string& what) {
+double numberValue(const nlohmann::ordered_json& v, const std::string& what) {
   if (v.is_number()) return v.get<double>();
   if (v.is_string()) {
     double d = 0;
@@ -184,23 +184,23 @@ bool colorFromText(const std::string& text, TAlphaColor& out) {
 
 // ---- reading ----
 
-const nlohmann::json* findKey(const nlohmann::json& jo, const char* key) {
+const nlohmann::ordered_json* findKey(const nlohmann::ordered_json& jo, const char* key) {
   if (!jo.is_object()) return nullptr;
   const auto it = jo.find(key);
   return it == jo.end() ? nullptr : &*it;
 }
 
-const nlohmann::json& requireKey(const nlohmann::json& jo, const char* key, const std::string& where) {
-  const nlohmann::json* v = findKey(jo, key);
+const nlohmann::ordered_json& requireKey(const nlohmann::ordered_json& jo, const char* key, const std::string& where) {
+  const nlohmann::ordered_json* v = findKey(jo, key);
   if (!v) throw TJsonFormError(where + ": the required key \"" + key + "\" is missing");
   return *v;
 }
 
-float readNum(const nlohmann::json& v, const std::string& what) {
+float readNum(const nlohmann::ordered_json& v, const std::string& what) {
   return static_cast<float>(numberValue(v, what));
 }
 
-bool readBool(const nlohmann::json& v, const std::string& what) {
+bool readBool(const nlohmann::ordered_json& v, const std::string& what) {
   if (v.is_boolean()) return v.get<bool>();
   if (v.is_number()) return v.get<double>() != 0.0;
   if (v.is_string()) {
@@ -215,7 +215,7 @@ bool readBool(const nlohmann::json& v, const std::string& what) {
   fail(what, shortDump(v) + " is not a flag");
 }
 
-int readInt(const nlohmann::json& v, const std::string& what) {
+int readInt(const nlohmann::ordered_json& v, const std::string& what) {
   double d = 0;
   if (v.is_number_integer()) {
     const long long n = v.is_number_unsigned() ? static_cast<long long>(std::min<uint64_t>(
@@ -237,12 +237,12 @@ int readInt(const nlohmann::json& v, const std::string& what) {
   return static_cast<int>(d);
 }
 
-TPointF readPt(const nlohmann::json& v, const std::string& what) {
+TPointF readPt(const nlohmann::ordered_json& v, const std::string& what) {
   if (!v.is_array() || v.size() != 2) fail(what, shortDump(v) + " is not a point [x, y]");
   return TPointF(static_cast<float>(numberValue(v[0], what)), static_cast<float>(numberValue(v[1], what)));
 }
 
-TAlphaColor readCol(const nlohmann::json& v, const std::string& what) {
+TAlphaColor readCol(const nlohmann::ordered_json& v, const std::string& what) {
   if (v.is_number_integer()) return static_cast<TAlphaColor>(v.get<long long>());
   if (!v.is_string()) fail(what, shortDump(v) + " is not a colour");
   TAlphaColor c = 0;
@@ -251,7 +251,7 @@ TAlphaColor readCol(const nlohmann::json& v, const std::string& what) {
   return c;
 }
 
-TStrokeDash readDash(const nlohmann::json& v, const std::string& what) {
+TStrokeDash readDash(const nlohmann::ordered_json& v, const std::string& what) {
   if (v.is_number_integer()) {
     const long long n = v.get<long long>();
     return n >= 0 && n <= 5 ? static_cast<TStrokeDash>(n) : TStrokeDash::Solid;
@@ -260,7 +260,7 @@ TStrokeDash readDash(const nlohmann::json& v, const std::string& what) {
   return strokeDashFromName(v.get_ref<const std::string&>(), TStrokeDash::Solid);
 }
 
-std::string readText(const nlohmann::json& v, const std::string& what) {
+std::string readText(const nlohmann::ordered_json& v, const std::string& what) {
   if (v.is_string()) return v.get<std::string>();
   if (v.is_number_integer()) return std::to_string(v.get<long long>());
   if (v.is_number_float()) return floatToText(v.get<double>());
@@ -268,7 +268,7 @@ std::string readText(const nlohmann::json& v, const std::string& what) {
   fail(what, shortDump(v) + " is not a text");
 }
 
-TGUID readGuid(const nlohmann::json& v) {
+TGUID readGuid(const nlohmann::ordered_json& v) {
   TGUID g;
   if (v.is_string() && TGUID::tryParse(v.get_ref<const std::string&>(), g)) return g;
   return TGUID::create();

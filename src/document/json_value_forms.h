@@ -48,19 +48,19 @@ bool colorFromText(const std::string& text, TAlphaColor& out);
 // Each takes the value under `key` of `jo`; `what` names the place for a
 // message. A JSON number is accepted where text is written, and text where
 // a number is. Throws TJsonFormError on a value of the wrong kind.
-float readNum(const nlohmann::json& v, const std::string& what);
-bool readBool(const nlohmann::json& v, const std::string& what);
+float readNum(const nlohmann::ordered_json& v, const std::string& what);
+bool readBool(const nlohmann::ordered_json& v, const std::string& what);
 // Whole numbers of at most nine digits (a billion and beyond is refused,
 // so that identifier counters cannot overflow).
-int readInt(const nlohmann::json& v, const std::string& what);
-TPointF readPt(const nlohmann::json& v, const std::string& what);
-TAlphaColor readCol(const nlohmann::json& v, const std::string& what);
-TStrokeDash readDash(const nlohmann::json& v, const std::string& what);
-std::string readText(const nlohmann::json& v, const std::string& what);
+int readInt(const nlohmann::ordered_json& v, const std::string& what);
+TPointF readPt(const nlohmann::ordered_json& v, const std::string& what);
+TAlphaColor readCol(const nlohmann::ordered_json& v, const std::string& what);
+TStrokeDash readDash(const nlohmann::ordered_json& v, const std::string& what);
+std::string readText(const nlohmann::ordered_json& v, const std::string& what);
 // An unreadable identifier reads as a fresh one.
-TGUID readGuid(const nlohmann::json& v);
+TGUID readGuid(const nlohmann::ordered_json& v);
 
 // The value under key, or null when the object lacks it.
-const nlohmann::json* findKey(const nlohmann::json& jo, const char* key);
+const nlohmann::ordered_json* findKey(const nlohmann::ordered_json& jo, const char* key);
 // The value under key; a missing key is a TJsonFormError naming it.
-const nlohmann::json& requireKey(const nlohmann::json& jo, const char* key, const std::string& where);
+const nlohmann::ordered_json& requireKey(const nlohmann::ordered_json& jo, const char* key, const std::string& where);

@@ -10,10 +10,6 @@
 
 namespace {
 
-// The keys of a backdrop object in the order they are written.
-constexpr const char* kBackdropKeyOrder[] = {"type", "fullpath", "topleft", "angle", "rotc",
-                                             "dpi",  "w",        "h",       "zipbmp"};
-
 void writeMeta(TJsonTextWriter& w, const char* fileType, const std::string* memo) {
   w.key("meta");
   w.beginObject();
@@ -54,48 +50,36 @@ void writePrintAreas(TJsonTextWriter& w, const TShapeList& list) {
   w.endArray();
 }
 
-size_t backdropKeyRank(const std::string& key) {
-  for (size_t i = 0; i < std::size(kBackdropKeyOrder); ++i)
-    if (key == kBackdropKeyOrder[i]) return i;
-  return std::size(kBackdropKeyOrder);
-}
-
 }  // namespace
 
-void writeJsonValue(TJsonTextWriter& w, const nlohmann::json& v) {
+void writeJsonValue(TJsonTextWriter& w, const nlohmann::ordered_json& v) {
   switch (v.type()) {
-    case nlohmann::json::value_t::object: {
-      std::vector<const std::string*> keys;
-      for (auto it = v.begin(); it != v.end(); ++it) keys.push_back(&it.key());
-      std::stable_sort(keys.begin(), keys.end(), [](const std::string* a, const std::string* b) {
-        return backdropKeyRank(*a) < backdropKeyRank(*b);
-      });
+    case nlohmann::ordered_json::value_t::object:
       w.beginObject();
-      for (const std::string* k : keys) {
-        w.key(*k);
-        writeJsonValue(w, v.at(*k));
+      for (auto it = v.begin(); it != v.end(); ++it) {
+        w.key(it.key());
+        writeJsonValue(w, it.value());
       }
       w.endObject();
       break;
-    }
-    case nlohmann::json::value_t::array:
+    case nlohmann::ordered_json::value_t::array:
       w.beginArray();
       for (const auto& e : v) writeJsonValue(w, e);
       w.endArray();
       break;
-    case nlohmann::json::value_t::string:
+    case nlohmann::ordered_json::value_t::string:
       w.stringValue(v.get_ref<const std::string&>());
       break;
-    case nlohmann::json::value_t::boolean:
+    case nlohmann::ordered_json::value_t::boolean:
       w.boolValue(v.get<bool>());
       break;
-    case nlohmann::json::value_t::number_integer:
+    case nlohmann::ordered_json::value_t::number_integer:
       w.intValue(v.get<long long>());
       break;
-    case nlohmann::json::value_t::number_unsigned:
+    case nlohmann::ordered_json::value_t::number_unsigned:
       w.rawNumber(std::to_string(v.get<unsigned long long>()));
       break;
-    case nlohmann::json::value_t::number_float: {
+    case nlohmann::ordered_json::value_t::number_float: {
       const double d = v.get<double>();
       w.rawNumber(std::isfinite(d) ? floatToTextWithPoint(d) : "0.0");
       break;
@@ -183,7 +167,8 @@ std::string repairUtf8(const std::string& bytes) {
   return out;
 }
 
-TParsedJsonText parseJsonFileText(const std::string& bytes) {
+TParsedJsonText parseJsonFileText(const std::string& bytes,
+                                  const nlohmann::ordered_json::parser_callback_t& callback) {
   TParsedJsonText result;
   std::string text = bytes.rfind(kUtf8Bom, 0) == 0 ? bytes.substr(3) : bytes;
   text = repairUtf8(text);
@@ -209,8 +194,8 @@ TParsedJsonText parseJsonFileText(const std::string& bytes) {
     }
   }
   try {
-    result.FRoot = nlohmann::json::parse(text);
-  } catch (const nlohmann::json::exception& e) {
+    result.FRoot = nlohmann::ordered_json::parse(text, callback);
+  } catch (const nlohmann::ordered_json::exception& e) {
     result.FProblem = e.what();
     result.FRoot = nullptr;
     return result;

@@ -19,11 +19,10 @@ inline constexpr const char* kCopiedShapesFileName = "copied_shapes.json";
 inline constexpr const char* kProjectFileVersion = "3.6.1";
 inline constexpr const char* kUtf8Bom = "\xEF\xBB\xBF";
 
-// A backdrop object as the file holds it. Backdrops are carried through a
-// load and a save unchanged: the keys they are written with come first, in
-// their order, and any others after.
+// A backdrop object as the file holds it, keys in the file's order, so that
+// backdrops go through a load and a save unchanged.
 struct TBackdropData {
-  nlohmann::json FJson;
+  nlohmann::ordered_json FJson;
 };
 
 // The whole file: BOM, the object ("meta", "layers", "shapes", "backdrops",
@@ -34,8 +33,8 @@ std::string copiedShapesFileText(const std::vector<const TPW_Path*>& shapes);
 
 // Writes any JSON value in the file's forms: strings escaped to ASCII,
 // whole numbers as they are, other numbers with 15 significant digits and
-// ".0" when they show no point, object keys in the backdrop order above.
-void writeJsonValue(TJsonTextWriter& w, const nlohmann::json& v);
+// ".0" when they show no point, object keys in their order.
+void writeJsonValue(TJsonTextWriter& w, const nlohmann::ordered_json& v);
 
 // How deep arrays and objects may nest in a file before it is refused.
 inline constexpr int kMaxJsonDepth = 200;
@@ -48,14 +47,17 @@ enum class TJsonTextState {
 
 struct TParsedJsonText {
   TJsonTextState FState = TJsonTextState::NotJson;
-  nlohmann::json FRoot;
+  nlohmann::ordered_json FRoot;
   std::string FProblem;  // what the parser said, for NotJson
 };
 
 // Drops a byte-order mark, replaces byte sequences that are not UTF-8 by
 // U+FFFD (as a text file loader would keep the rest of the text), refuses
 // deep nesting before the parser sees it, and parses.
-TParsedJsonText parseJsonFileText(const std::string& bytes);
+// A callback, when given, sees each value as the parser completes it and
+// may take it out of the tree (nlohmann's parser callback).
+TParsedJsonText parseJsonFileText(const std::string& bytes,
+                                  const nlohmann::ordered_json::parser_callback_t& callback = nullptr);
 
 // Replaces invalid UTF-8 sequences by U+FFFD; valid text comes back as it is.
 std::string repairUtf8(const std::string& bytes);

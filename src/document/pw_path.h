@@ -191,7 +191,7 @@ class TPW_Path {
   // null. Throws TJsonFormError naming the key when a required key is
   // missing or a value has the wrong kind; the shape is then half read
   // and should be thrown away.
-  void loadJson(const nlohmann::json& jo, TPrickingIron* pr);
+  void loadJson(const nlohmann::ordered_json& jo, TPrickingIron* pr);
 };
 
 // Flatness of an arc's path, chosen from its x radius.

@@ -85,10 +85,10 @@ void TPW_Path::toJson(TJsonTextWriter& w) const {
   w.endObject();
 }
 
-void TPW_Path::loadJson(const nlohmann::json& jo, TPrickingIron* pr) {
+void TPW_Path::loadJson(const nlohmann::ordered_json& jo, TPrickingIron* pr) {
   if (!jo.is_object()) throw TJsonFormError("a shape is not a JSON object");
   const std::string where = "shape";
-  auto req = [&](const char* key) -> const nlohmann::json& { return requireKey(jo, key, where); };
+  auto req = [&](const char* key) -> const nlohmann::ordered_json& { return requireKey(jo, key, where); };
   auto at = [](const char* key) { return std::string("key \"") + key + "\""; };
 
   FID = readInt(req("id"), at("id"));

@@ -10,7 +10,7 @@
 
 namespace {
 
-using nlohmann::json;
+using json = nlohmann::ordered_json;
 
 // A shape object with the required keys only, as an old version wrote it.
 json oldShape(int id, const std::string& type, TPointF sp, TPointF ep, TPointF ct = {}, float w = 0, float h = 0) {

@@ -53,7 +53,7 @@ TEST(ProjectValueForms, NumbersFlagsPointsAndColours) {
 }
 
 TEST(ProjectValueForms, TolerantReading) {
-  using nlohmann::json;
+  using json = nlohmann::ordered_json;
   EXPECT_FLOAT_EQ(readNum(json("3,5"), "x"), 3.5f);
   EXPECT_FLOAT_EQ(readNum(json(2.25), "x"), 2.25f);
   EXPECT_TRUE(std::isnan(readNum(json("NAN"), "x")));
@@ -193,12 +193,12 @@ TEST(ProjectFileParse, RefusesWhatIsNoObject) {
 
 TEST(ProjectFileText, BackdropsWrittenBackInTheirOrder) {
   const auto root = parseJsonFileText(
-      "{\"b\":{\"fullpath\":\"/x.png\",\"topleft\":[1.5,2.0],\"angle\":\"0.0\",\"rotc\":[0.0,0.0],"
+      "{\"b\":{\"type\":1,\"fullpath\":\"/x.png\",\"topleft\":[1.5,2.0],\"angle\":\"0.0\",\"rotc\":[0.0,0.0],"
       "\"dpi\":\"300.0\",\"w\":\"10.0\",\"h\":\"20.0\",\"zipbmp\":\"UEsDBA==\",\"extra\":7}}");
   TJsonTextWriter w;
   writeJsonValue(w, root.FRoot["b"]);
   EXPECT_EQ(w.text(),
-            "{\"fullpath\":\"/x.png\",\"topleft\":[1.5,2.0],\"angle\":\"0.0\",\"rotc\":[0.0,0.0],"
+            "{\"type\":1,\"fullpath\":\"/x.png\",\"topleft\":[1.5,2.0],\"angle\":\"0.0\",\"rotc\":[0.0,0.0],"
             "\"dpi\":\"300.0\",\"w\":\"10.0\",\"h\":\"20.0\",\"zipbmp\":\"UEsDBA==\",\"extra\":7}");
 }
 

@@ -8,6 +8,9 @@
 #include "document/number_text.h"
 #include "document/shape_list.h"
 
+// The repaired text, or "" when the text is valid as it is.
+std::string repairUtf8Copy(std::string_view bytes);
+
 namespace {
 
 void writeMeta(TJsonTextWriter& w, const char* fileType, const std::string* memo) {
@@ -129,6 +132,11 @@ std::string copiedShapesFileText(const std::vector<const TPW_Path*>& shapes) {
 }
 
 std::string repairUtf8(const std::string& bytes) {
+  std::string r = repairUtf8Copy(bytes);
+  return r.empty() && !bytes.empty() ? bytes : r;
+}
+
+std::string repairUtf8Copy(std::string_view bytes) {
   // Fast path: most files are valid (our own are plain ASCII).
   size_t i = 0;
   const size_t n = bytes.size();
@@ -153,11 +161,11 @@ std::string repairUtf8(const std::string& bytes) {
   };
   size_t len = 0;
   while (i < n && validAt(i, len)) i += len;
-  if (i == n) return bytes;
-  std::string out = bytes.substr(0, i);
+  if (i == n) return {};
+  std::string out(bytes.substr(0, i));
   while (i < n) {
     if (validAt(i, len)) {
-      out.append(bytes, i, len);
+      out.append(bytes.substr(i, len));
       i += len;
     } else {
       out += "\xEF\xBF\xBD";
@@ -170,8 +178,13 @@ std::string repairUtf8(const std::string& bytes) {
 TParsedJsonText parseJsonFileText(const std::string& bytes,
                                   const nlohmann::ordered_json::parser_callback_t& callback) {
   TParsedJsonText result;
-  std::string text = bytes.rfind(kUtf8Bom, 0) == 0 ? bytes.substr(3) : bytes;
-  text = repairUtf8(text);
+  const size_t skip = bytes.rfind(kUtf8Bom, 0) == 0 ? 3 : 0;
+  // Valid text is parsed where it lies; only a damaged one is copied.
+  std::string repaired;
+  std::string_view text(bytes);
+  text.remove_prefix(skip);
+  repaired = repairUtf8Copy(text);
+  if (!repaired.empty()) text = repaired;
   // Nesting depth, counted outside strings, before the parser builds a tree
   // that deep.
   int depth = 0;
@@ -194,7 +207,7 @@ TParsedJsonText parseJsonFileText(const std::string& bytes,
     }
   }
   try {
-    result.FRoot = nlohmann::ordered_json::parse(text, callback);
+    result.FRoot = nlohmann::ordered_json::parse(text.begin(), text.end(), callback);
   } catch (const nlohmann::ordered_json::exception& e) {
     result.FProblem = e.what();
     result.FRoot = nullptr;

@@ -169,8 +169,14 @@ void TfrmPelw::writeOptionsFile() {
   try {
     // Read again, so that keys the program does not own survive.
     TIniFile ini(optionsFileName());
+    // The view's settings may have changed while the program ran.
     FOptions.FLangID = FLangID;
     if (!FDefaultFont.empty()) FOptions.FDefaultFont = FDefaultFont;
+    FOptions.FUnitMode = FViewOptions.FUnitMode;
+    FOptions.FReverseMouseWheelZoomDirection = FViewOptions.FReverseMouseWheelZoomDirection;
+    FOptions.FReverseCursorKeyGridAreaMove = FViewOptions.FReverseCursorKeyGridAreaMove;
+    FOptions.FShowStitchPattern = FViewOptions.FShowStitchPattern;
+    FOptions.FStitchThickness = FViewOptions.FStitchThickness;
     writeOptions(ini, FOptions, &FPalletList);
     ini.saveToFile(optionsFileName());
   } catch (const std::exception& e) {

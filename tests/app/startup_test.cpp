@@ -87,6 +87,7 @@ TEST(StartupOptions, FullFileIsReadWithCommasAndUnknownKeysSurvive) {
   // The demo option is off: no message about a missing demo.
   EXPECT_TRUE(p.dialogs.FMessages.empty());
   f.FOptions.FNotchAngle = 30;
+  f.setUnitMode(TUnitMode::umMM);
   p.stop();
   const TIniFile ini(p.appData() + "/pw_options.ini");
   EXPECT_EQ(ini.ReadString("MCP", "EnableServer", ""), "0");
@@ -96,6 +97,7 @@ TEST(StartupOptions, FullFileIsReadWithCommasAndUnknownKeysSurvive) {
   EXPECT_EQ(ini.ReadString("AutoPricking", "CornerAngleThreshold", ""), "150.5");
   EXPECT_EQ(ini.ReadString("Version", "AppVersion", ""), "3.6.1");
   EXPECT_EQ(ini.ReadString("General", "LangID", ""), "ja");
+  EXPECT_EQ(ini.ReadString("General", "Unit", ""), "0");  // switched while running
 }
 
 TEST(StartupOptions, DamagedFileLeavesDefaultsAndIsReplacedAtExit) {

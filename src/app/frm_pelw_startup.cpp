@@ -113,6 +113,8 @@ void TfrmPelw::FormCreate(const std::vector<std::string>& args) {
   // 18. The demo, for a person who opened nothing.
   if (!FHeadless && !loaded && FOptions.FLoadDemoProjectAtStartup) openDemoProject();
   else if (PathList->empty()) PathList->clearPrintPagesInfo();
+  // A signal may have ended the program while a message was shown.
+  if (FDestroyed) return;
   // The autosave timer.
   TimerAutoSave = createTimer();
   TimerAutoSave->setInterval(1000);

@@ -4,6 +4,7 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QDir>
 #include <QMenu>
 #include <QMenuBar>
 
@@ -31,6 +32,16 @@ class ProgramWindow : public ::testing::Test {
   }
   void TearDown() override { window.reset(); }
   QMenu* menu(const char* name) { return window->menuBar()->findChild<QMenu*>(name); }
+  // Saves a picture of a menu opened under the menu bar when
+  // PELWRIGHT_SCREENSHOT_DIR is set (run under Xvfb with QT_QPA_PLATFORM=xcb).
+  void keepMenu(QMenu* m, const QString& name) {
+    const QByteArray folder = qgetenv("PELWRIGHT_SCREENSHOT_DIR");
+    if (folder.isEmpty()) return;
+    m->popup(window->mapToGlobal(QPoint(0, window->menuBar()->height())));
+    QApplication::processEvents();
+    m->grab().save(QDir(QString::fromUtf8(folder)).filePath(name));
+    m->hide();
+  }
   void change() {
     auto s = std::make_unique<TPW_Path>(0, 0xFF00FFFF, 1.5f, TStrokeDash::Solid, 0);
     s->drawLinePath(TPointF(0, 0), TPointF(20, 10));
@@ -53,6 +64,7 @@ TEST_F(ProgramWindow, MenusTakeTheirTextsFromThePhraseTable) {
   EXPECT_EQ(window->FActSaveProject->shortcut(), QKeySequence(QKeySequence::Save));
   EXPECT_EQ(window->FActUndo->shortcut(), QKeySequence(QKeySequence::Undo));
   EXPECT_EQ(window->FActUndo->text(), "Undo");
+  keepMenu(menu("miFile"), "file_menu_en.png");
 }
 
 TEST_F(ProgramWindow, LanguageMenuSwitchesEveryText) {
@@ -70,6 +82,7 @@ TEST_F(ProgramWindow, LanguageMenuSwitchesEveryText) {
   EXPECT_EQ(menu("miFile")->title(), QString::fromUtf8("ファイル"));
   EXPECT_EQ(window->FActUndo->text(), QString::fromUtf8("元に戻す"));
   EXPECT_TRUE(japanese->isChecked());
+  keepMenu(menu("miFile"), "file_menu_ja.png");
 }
 
 TEST_F(ProgramWindow, CaptionAndUndoFollowTheDocument) {

@@ -129,6 +129,9 @@ void TMainWindow::buildFileMenu() {
   FFileMenu->addSeparator();
   FActSaveProject = addCommand(FFileMenu, this, "actSaveProject", QKeySequence::Save);
   FActSaveProjectAs = addCommand(FFileMenu, this, "actSaveProjectAs", QKeySequence::SaveAs);
+  // Some desktops have no Save As key; the common one then.
+  if (FActSaveProjectAs->shortcut().isEmpty())
+    FActSaveProjectAs->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S));
   FFileMenu->addSeparator();
   FActClose = addCommand(FFileMenu, this, "actClose", QKeySequence::Quit);
   connect(FActNewProject, &QAction::triggered, this, [this] { FForm.actNewProject(); });

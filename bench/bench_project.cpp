@@ -15,8 +15,9 @@
 namespace {
 
 // A workshop's worth of pattern pieces, twenty shapes each: a rectangle of
-// four lines, ten lines of card slots and folds, two rounded corners and
-// four stitching holes of a tab. About 650 bytes a shape in the file.
+// four lines, thirteen lines of card slots and folds, a rounded corner and
+// two stitching holes of a tab. About 570 bytes a shape in the file, so
+// 20,000 shapes make a file of about 11 MB.
 void buildPieces(TfrmPelw& f, int shapes) {
   TPrickingIron* iron = f.FPrickingIronGroups[0]->FPrickingIron.get();
   int made = 0;
@@ -35,15 +36,15 @@ void buildPieces(TfrmPelw& f, int shapes) {
     const float x = float(piece % 40) * 110.3f, y = float(piece / 40) * 70.7f;
     const TPointF c[4] = {{x + 5, y}, {x + 95, y}, {x + 100, y + 60}, {x, y + 60}};
     for (int k = 0; k < 4; ++k) line(c[k], c[(k + 1) % 4]);
-    for (int k = 0; k < 10; ++k) line(TPointF(x + 10, y + 5 + k * 5.1f), TPointF(x + 90, y + 5 + k * 5.1f));
-    for (int k = 0; k < 2; ++k) {
+    for (int k = 0; k < 13; ++k) line(TPointF(x + 10, y + 5 + k * 3.9f), TPointF(x + 90, y + 5 + k * 3.9f));
+    for (int k = 0; k < 1; ++k) {
       auto a = std::make_unique<TPW_Path>(1, 0xFF00FF00, 1.5f, TStrokeDash::Solid, 0);
       const TPointF ct(x + 5 + k * 90, y + 5);
       a->drawArcPath(ct, TPointF(5, 5), TPointF(ct.x + (k ? 0 : -5), ct.y + (k ? -5 : 0)),
                      TPointF(ct.x + (k ? 5 : 0), ct.y + (k ? 0 : -5)), 90);
       add(std::move(a));
     }
-    for (int h = 0; h < 4; ++h) {
+    for (int h = 0; h < 2; ++h) {
       auto hole = std::make_unique<TPW_Path>(36, 0xFFFFFFFF, 1, TStrokeDash::Dot, 0);
       hole->createStichPath(TPointF(x + 40 + h * 4.0f, y + 57), false, iron, 0, 0);
       add(std::move(hole));

@@ -1,8 +1,11 @@
 // The shape object of project files, the clipboard file and repository
 // parts: written in a fixed key order, read with the defaults of files that
 // older versions wrote.
+#include <array>
 #include <cmath>
 #include <string>
+#include <string_view>
+#include <unordered_map>
 
 #include <nlohmann/json.hpp>
 
@@ -85,69 +88,120 @@ void TPW_Path::toJson(TJsonTextWriter& w) const {
   w.endObject();
 }
 
+namespace {
+
+// The keys a shape object may hold, so that one pass over the object finds
+// them all (the object keeps its keys in a list, and a search per key
+// would walk it forty times).
+constexpr const char* kShapeKeys[] = {
+    "id", "type", "sp", "ep", "ct", "w", "h", "color",
+    "dash", "opc", "path", "rt", "st", "inv", "bz1", "bz2",
+    "thk", "la", "lb", "iv", "ih", "sta", "swa", "tx",
+    "fs", "ff", "txst", "txrd", "guid", "nm", "gid", "dim",
+    "arst", "ared", "StcIn", "StcOut", "PrevStId", "NextStId", "manid", "msecid",
+    "mdrctr", "nummndl", "mdrrtt", "layer", "plidx", "ctlg", "ctlgrt", "sbzos",
+    "thcl", "asss", "ctlgscl", "TxFl",
+};
+constexpr size_t kKeyCount = std::size(kShapeKeys);
+
+// The position of a key in the list above, worked out by the compiler.
+constexpr size_t slotOf(std::string_view key) {
+  for (size_t i = 0; i < std::size(kShapeKeys); ++i)
+    if (key == kShapeKeys[i]) return i;
+  return std::size(kShapeKeys);
+}
+
+// Evaluated at compile time, so a misspelt key fails the build.
+template <size_t N>
+constexpr size_t checkedSlot() {
+  static_assert(N < std::size(kShapeKeys), "not a key of the shape object");
+  return N;
+}
+#define SLOT(key) checkedSlot<slotOf(key)>()
+
+size_t keyIndex(const std::string& key) {
+  static const std::unordered_map<std::string_view, size_t> index = [] {
+    std::unordered_map<std::string_view, size_t> m;
+    for (size_t i = 0; i < kKeyCount; ++i) m.emplace(kShapeKeys[i], i);
+    return m;
+  }();
+  const auto it = index.find(key);
+  return it == index.end() ? kKeyCount : it->second;
+}
+
+}  // namespace
+
+static_assert(slotOf("TxFl") + 1 == kKeyCount);
+
 void TPW_Path::loadJson(const nlohmann::ordered_json& jo, TPrickingIron* pr) {
   if (!jo.is_object()) throw TJsonFormError("a shape is not a JSON object");
-  const std::string where = "shape";
-  auto req = [&](const char* key) -> const nlohmann::ordered_json& { return requireKey(jo, key, where); };
+  std::array<const nlohmann::ordered_json*, kKeyCount> values{};
+  for (auto it = jo.begin(); it != jo.end(); ++it) {
+    const size_t k = keyIndex(it.key());
+    if (k < kKeyCount) values[k] = &it.value();
+  }
+  auto req = [&](const nlohmann::ordered_json* v, const char* key) -> const nlohmann::ordered_json& {
+    if (!v) throw TJsonFormError(std::string("shape: the required key \"") + key + "\" is missing");
+    return *v;
+  };
   auto at = [](const char* key) { return std::string("key \"") + key + "\""; };
-
-  FID = readInt(req("id"), at("id"));
-  FShapeType = readText(req("type"), at("type"));
-  FStartPt = readPt(req("sp"), at("sp"));
-  FEndPt = readPt(req("ep"), at("ep"));
-  FCenter = readPt(req("ct"), at("ct"));
-  FWidth = readNum(req("w"), at("w"));
-  FHeight = readNum(req("h"), at("h"));
-  FColor = readCol(req("color"), at("color"));
-  FDash = readDash(req("dash"), at("dash"));
-  if (const auto* v = findKey(jo, "opc")) FOpacity = readNum(*v, at("opc"));
-  FData.setData(readText(req("path"), at("path")));
-  FRotation = readNum(req("rt"), at("rt"));
-  FStitchType = readText(req("st"), at("st"));
-  FStitchInversed = readBool(req("inv"), at("inv"));
-  FBezierCp1 = readPt(req("bz1"), at("bz1"));
-  FBezierCp2 = readPt(req("bz2"), at("bz2"));
-  FThickness = readNum(req("thk"), at("thk"));
-  FLine_param_a = readNum(req("la"), at("la"));
-  FLine_param_b = readNum(req("lb"), at("lb"));
-  FIsVerticalLine = readBool(req("iv"), at("iv"));
-  FIsHorizontalLine = readBool(req("ih"), at("ih"));
-  FStartAngle = readNum(req("sta"), at("sta"));
-  FSweepAngle = readNum(req("swa"), at("swa"));
+  FID = readInt(req(values[SLOT("id")], "id"), at("id"));
+  FShapeType = readText(req(values[SLOT("type")], "type"), at("type"));
+  FStartPt = readPt(req(values[SLOT("sp")], "sp"), at("sp"));
+  FEndPt = readPt(req(values[SLOT("ep")], "ep"), at("ep"));
+  FCenter = readPt(req(values[SLOT("ct")], "ct"), at("ct"));
+  FWidth = readNum(req(values[SLOT("w")], "w"), at("w"));
+  FHeight = readNum(req(values[SLOT("h")], "h"), at("h"));
+  FColor = readCol(req(values[SLOT("color")], "color"), at("color"));
+  FDash = readDash(req(values[SLOT("dash")], "dash"), at("dash"));
+  if (const auto* v = values[SLOT("opc")]) FOpacity = readNum(*v, at("opc"));
+  FData.setData(readText(req(values[SLOT("path")], "path"), at("path")));
+  FRotation = readNum(req(values[SLOT("rt")], "rt"), at("rt"));
+  FStitchType = readText(req(values[SLOT("st")], "st"), at("st"));
+  FStitchInversed = readBool(req(values[SLOT("inv")], "inv"), at("inv"));
+  FBezierCp1 = readPt(req(values[SLOT("bz1")], "bz1"), at("bz1"));
+  FBezierCp2 = readPt(req(values[SLOT("bz2")], "bz2"), at("bz2"));
+  FThickness = readNum(req(values[SLOT("thk")], "thk"), at("thk"));
+  FLine_param_a = readNum(req(values[SLOT("la")], "la"), at("la"));
+  FLine_param_b = readNum(req(values[SLOT("lb")], "lb"), at("lb"));
+  FIsVerticalLine = readBool(req(values[SLOT("iv")], "iv"), at("iv"));
+  FIsHorizontalLine = readBool(req(values[SLOT("ih")], "ih"), at("ih"));
+  FStartAngle = readNum(req(values[SLOT("sta")], "sta"), at("sta"));
+  FSweepAngle = readNum(req(values[SLOT("swa")], "swa"), at("swa"));
   FPrickingIron = pr;
-  if (const auto* v = findKey(jo, "tx")) FText = readText(*v, at("tx"));
-  if (const auto* v = findKey(jo, "fs")) FFontSize = readNum(*v, at("fs"));
-  if (const auto* v = findKey(jo, "ff")) FFontFamily = readText(*v, at("ff"));
-  if (const auto* v = findKey(jo, "txst")) FTextStretch = readNum(*v, at("txst"));
-  if (const auto* v = findKey(jo, "txrd")) FTextRadius = readNum(*v, at("txrd"));
-  if (const auto* v = findKey(jo, "guid")) FGUID = readGuid(*v);
-  if (const auto* v = findKey(jo, "nm")) FName = readText(*v, at("nm"));
-  if (const auto* v = findKey(jo, "gid")) FGroupID = readInt(*v, at("gid"));
-  if (const auto* v = findKey(jo, "dim")) FIsDimensionLine = readBool(*v, at("dim"));
-  if (const auto* v = findKey(jo, "arst")) FShowArrowSt = readBool(*v, at("arst"));
-  if (const auto* v = findKey(jo, "ared")) FShowArrowEd = readBool(*v, at("ared"));
-  if (const auto* v = findKey(jo, "StcIn")) FStitchIn = readPt(*v, at("StcIn"));
-  if (const auto* v = findKey(jo, "StcOut")) FStitchOut = readPt(*v, at("StcOut"));
-  if (const auto* v = findKey(jo, "PrevStId")) FPrevStitchID = readInt(*v, at("PrevStId"));
-  if (const auto* v = findKey(jo, "NextStId")) FNextStitchID = readInt(*v, at("NextStId"));
-  if (const auto* v = findKey(jo, "manid")) FMandalaID = readInt(*v, at("manid"));
-  if (const auto* v = findKey(jo, "msecid")) FMandalaSectionID = readInt(*v, at("msecid"));
-  if (const auto* v = findKey(jo, "mdrctr")) FMandalaCenter = readPt(*v, at("mdrctr"));
-  if (const auto* v = findKey(jo, "nummndl")) FNumMandalaSections = readInt(*v, at("nummndl"));
-  if (const auto* v = findKey(jo, "mdrrtt")) FMandalaRotation = readNum(*v, at("mdrrtt"));
-  if (const auto* v = findKey(jo, "layer")) FLayerID = readInt(*v, at("layer"));
+  if (const auto* v = values[SLOT("tx")]) FText = readText(*v, at("tx"));
+  if (const auto* v = values[SLOT("fs")]) FFontSize = readNum(*v, at("fs"));
+  if (const auto* v = values[SLOT("ff")]) FFontFamily = readText(*v, at("ff"));
+  if (const auto* v = values[SLOT("txst")]) FTextStretch = readNum(*v, at("txst"));
+  if (const auto* v = values[SLOT("txrd")]) FTextRadius = readNum(*v, at("txrd"));
+  if (const auto* v = values[SLOT("guid")]) FGUID = readGuid(*v);
+  if (const auto* v = values[SLOT("nm")]) FName = readText(*v, at("nm"));
+  if (const auto* v = values[SLOT("gid")]) FGroupID = readInt(*v, at("gid"));
+  if (const auto* v = values[SLOT("dim")]) FIsDimensionLine = readBool(*v, at("dim"));
+  if (const auto* v = values[SLOT("arst")]) FShowArrowSt = readBool(*v, at("arst"));
+  if (const auto* v = values[SLOT("ared")]) FShowArrowEd = readBool(*v, at("ared"));
+  if (const auto* v = values[SLOT("StcIn")]) FStitchIn = readPt(*v, at("StcIn"));
+  if (const auto* v = values[SLOT("StcOut")]) FStitchOut = readPt(*v, at("StcOut"));
+  if (const auto* v = values[SLOT("PrevStId")]) FPrevStitchID = readInt(*v, at("PrevStId"));
+  if (const auto* v = values[SLOT("NextStId")]) FNextStitchID = readInt(*v, at("NextStId"));
+  if (const auto* v = values[SLOT("manid")]) FMandalaID = readInt(*v, at("manid"));
+  if (const auto* v = values[SLOT("msecid")]) FMandalaSectionID = readInt(*v, at("msecid"));
+  if (const auto* v = values[SLOT("mdrctr")]) FMandalaCenter = readPt(*v, at("mdrctr"));
+  if (const auto* v = values[SLOT("nummndl")]) FNumMandalaSections = readInt(*v, at("nummndl"));
+  if (const auto* v = values[SLOT("mdrrtt")]) FMandalaRotation = readNum(*v, at("mdrrtt"));
+  if (const auto* v = values[SLOT("layer")]) FLayerID = readInt(*v, at("layer"));
   FPalletIndex = -1;
-  if (const auto* v = findKey(jo, "plidx")) FPalletIndex = readInt(*v, at("plidx"));
+  if (const auto* v = values[SLOT("plidx")]) FPalletIndex = readInt(*v, at("plidx"));
   FCatalogGUID = TGUID::empty();
-  if (const auto* v = findKey(jo, "ctlg")) {
+  if (const auto* v = values[SLOT("ctlg")]) {
     TGUID g;
     if (v->is_string() && TGUID::tryParse(v->get_ref<const std::string&>(), g)) FCatalogGUID = g;
   }
-  if (const auto* v = findKey(jo, "ctlgrt")) FCatalogRotation = readNum(*v, at("ctlgrt"));
-  if (const auto* v = findKey(jo, "sbzos")) FShowBezierOffsetSupport = readBool(*v, at("sbzos"));
-  if (const auto* v = findKey(jo, "thcl")) FThreadColor = readCol(*v, at("thcl"));
-  if (const auto* v = findKey(jo, "asss")) FAlwaysShowStitchSimulator = readBool(*v, at("asss"));
-  if (const auto* v = findKey(jo, "ctlgscl")) FCatalogScale = readPt(*v, at("ctlgscl"));
-  if (const auto* v = findKey(jo, "TxFl")) FTextFill = readBool(*v, at("TxFl"));
+  if (const auto* v = values[SLOT("ctlgrt")]) FCatalogRotation = readNum(*v, at("ctlgrt"));
+  if (const auto* v = values[SLOT("sbzos")]) FShowBezierOffsetSupport = readBool(*v, at("sbzos"));
+  if (const auto* v = values[SLOT("thcl")]) FThreadColor = readCol(*v, at("thcl"));
+  if (const auto* v = values[SLOT("asss")]) FAlwaysShowStitchSimulator = readBool(*v, at("asss"));
+  if (const auto* v = values[SLOT("ctlgscl")]) FCatalogScale = readPt(*v, at("ctlgscl"));
+  if (const auto* v = values[SLOT("TxFl")]) FTextFill = readBool(*v, at("TxFl"));
   resetBoundary();
 }

@@ -11,6 +11,7 @@
 #include "app/frm_pelw.h"
 #include "app/ini_file.h"
 #include "app/pallet_paint_palette.h"
+#include "app/safe_file.h"
 #include "document/number_text.h"
 
 namespace {
@@ -169,8 +170,23 @@ void TfrmPelw::readOptionsFile() {
 
 void TfrmPelw::writeOptionsFile() {
   try {
-    // Read again, so that keys the program does not own survive.
-    TIniFile ini(optionsFileName());
+    // Read again, so that keys the program does not own survive. A file
+    // that is no text (NUL bytes, not UTF-8) is kept aside and replaced,
+    // rather than its garbage written back as sections.
+    TIniFile ini;
+    std::string text;
+    try {
+      text = readWholeFile(optionsFileName());
+    } catch (const std::exception&) {
+    }
+    if (text.find('\0') != std::string::npos || repairUtf8(text) != text) {
+      try {
+        writeFileAtomically(optionsFileName() + ".damaged", text);
+      } catch (const std::exception&) {
+      }
+    } else {
+      ini.loadFromText(text);
+    }
     // The view's settings may have changed while the program ran.
     FOptions.FLangID = FLangID;
     if (!FDefaultFont.empty()) FOptions.FDefaultFont = FDefaultFont;

@@ -109,7 +109,11 @@ TEST(StartupOptions, DamagedFileLeavesDefaultsAndIsReplacedAtExit) {
   EXPECT_FLOAT_EQ(f.FOptions.FAutoPitchStopGap, 0.1f);
   EXPECT_FLOAT_EQ(f.FOptions.FPrintCalibration.x, 100);
   p.stop();
+  // Written anew; the damaged one is kept aside.
+  const std::string text = readWholeFile(p.appData() + "/pw_options.ini");
+  EXPECT_EQ(text.find('\0'), std::string::npos);
   EXPECT_EQ(TIniFile(p.appData() + "/pw_options.ini").ReadString("AutoPitch", "AutoPitchSteps2", ""), "50");
+  EXPECT_TRUE(fs::exists(p.appData() + "/pw_options.ini.damaged"));
 }
 
 TEST(StartupOptions, LanguageFallsBackToTheSystemThenEnglish) {

@@ -1,6 +1,7 @@
 // The program's entry: a window, or --headless with no window. Both run the
 // same controller; the local API serves it when the options switch it on.
 #include <QApplication>
+#include <QFontDatabase>
 #include <QGuiApplication>
 #include <clocale>
 #include <cstdio>
@@ -10,8 +11,10 @@
 #include "app/command_line.h"
 #include "app/frm_pelw.h"
 #include "platform/qt/main_window.h"
+#include "platform/qt/qt_dialogs.h"
 #include "platform/qt/qt_main_thread.h"
 #include "platform/qt/qt_text_layout.h"
+#include "platform/qt/qt_timer.h"
 #include "platform/qt/unix_signals.h"
 
 namespace {
@@ -29,10 +32,21 @@ int runHeadless(int argc, char** argv, const TCommandLine& cl) {
   TQtTextLayout textLayoutService;
   setTextLayout(&textLayoutService);
 
+  useQtTimers();
+
   TfrmPelw form;
   form.FApiPort = cl.apiPort;
+  form.FHeadless = true;
+  form.FFontExists = [](const std::string& family) {
+    return QFontDatabase::families().contains(QString::fromStdString(family));
+  };
   attachToQtEventLoop(form.mainThreadCalls());
-  watchTerminationSignals([&app](int) { app.quit(); });
+  // No question on a signal: unsaved work goes to the autosave file, which
+  // the next start brings back.
+  watchTerminationSignals([&app, &form](int) {
+    form.FormDestroyAfterSignal();
+    app.quit();
+  });
   form.FormCreate(cl.args);
   const int rc = app.exec();
   form.FormDestroy();
@@ -46,16 +60,28 @@ int runWindow(int argc, char** argv, const TCommandLine& cl) {
   TQtTextLayout textLayoutService;
   setTextLayout(&textLayoutService);
 
+  useQtTimers();
+
+  TQtDialogs dialogs;
   TfrmPelw form;
   form.FApiPort = cl.apiPort;
+  form.FDialogs = &dialogs;
+  form.FFontExists = [](const std::string& family) {
+    return QFontDatabase::families().contains(QString::fromStdString(family));
+  };
   attachToQtEventLoop(form.mainThreadCalls());
-  watchTerminationSignals([&app](int) { app.quit(); });
+  watchTerminationSignals([&app, &form](int) {
+    form.FormDestroyAfterSignal();
+    app.quit();
+  });
   form.FormCreate(cl.args);
   int rc = 0;
   {
     TMainWindow window(form);
+    dialogs.setParent(&window);
     window.show();
     rc = app.exec();
+    dialogs.setParent(nullptr);
   }
   form.FormDestroy();
   setTextLayout(nullptr);

@@ -5,32 +5,15 @@
 #include "api/mcp_routes.h"
 #include "app/app_paths.h"
 #include "app/ini_file.h"
+#include "app/pallet_paint_palette.h"
+
+// Start-up and shut-down are in frm_pelw_startup.cpp; this file holds the
+// local API's side of the controller.
 
 TfrmPelw::TfrmPelw() = default;
 
-TfrmPelw::~TfrmPelw() { FormDestroy(); }
 
-std::string TfrmPelw::optionsFileName() const { return joinPath(FAppDataPath, "pw_options.ini"); }
 
-void TfrmPelw::FormCreate(const std::vector<std::string>& args) {
-  if (FCreated) return;
-  FCreated = true;
-  (void)args;
-  FMultiLang = std::make_unique<TMultiLang>();
-  FMultiLang->loadBuiltinPhrases();
-  if (FAppDataPath.empty()) FAppDataPath = defaultAppDataPath();
-  ensureFolder(FAppDataPath);
-  PathList = std::make_unique<TShapeList>(FMultiLang.get(), FLangID);
-  FIntersections = std::make_unique<TIntersections>();
-  FRouter.setRoutes(buildMcpRoutes(*this));
-  startMCPServerIfEnabled();
-}
-
-void TfrmPelw::FormDestroy() {
-  if (!FCreated || FDestroyed) return;
-  FDestroyed = true;
-  stopMCPServer();
-}
 
 void TfrmPelw::startMCPServerIfEnabled() {
   bool enabled = false;

@@ -4,6 +4,7 @@
 // the platform services.
 #pragma once
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
@@ -12,14 +13,35 @@
 #include "api/mcp_router.h"
 #include "api/mcp_server.h"
 #include "app/multi_lang.h"
+#include "app/options.h"
 #include "document/intersections.h"
+#include "document/project_json.h"
 #include "document/shape_list.h"
+#include "document/undo_snapshot.h"
+#include "libraries/draw_pallet.h"
+#include "platform/dialogs.h"
 #include "platform/main_thread.h"
+#include "platform/timer.h"
+#include "stitching/iron_file.h"
+#include "stitching/iron_groups.h"
 #include "surface/view_state.h"
 
 class ICanvas;
 class INumberBox;
 class ICaptionLabel;
+class TPalletPaintPalette;
+
+// What the window does for the program's commands: caption, panels and
+// buttons that follow the document, and leaving. All optional; headless
+// has none of them.
+struct TProgramHost {
+  std::function<void()> captionChanged;      // captionText() or the changed flag moved
+  std::function<void()> undoStateChanged;    // undo and redo buttons
+  std::function<void()> layerPanelChanged;   // layers were replaced
+  std::function<void(bool)> showMemoPanel;   // open (true) or collapse the memo panel
+  std::function<void()> languageChanged;     // texts of menus and widgets
+  std::function<void()> closeWindow;         // actClose after the save question
+};
 
 // The view's fields (FScale, FOffset, the grid cache, ...) come from
 // TViewState; its functions are declared in the view block below.
@@ -33,7 +55,8 @@ class TfrmPelw : public TViewState {
   // Start-up in its fixed order; the local API comes last. `args` are the
   // command line arguments left after the program's own options.
   void FormCreate(const std::vector<std::string>& args);
-  // Shut-down: the server first, so no request is left hanging.
+  // Shut-down: the server first, so no request is left hanging; then the
+  // options and the iron file.
   void FormDestroy();
 
   // ---- document ----
@@ -154,9 +177,136 @@ class TfrmPelw : public TViewState {
   std::vector<ICaptionLabel*> FUnitLabels;  // labels whose "mm" follows the unit; borrowed
   std::map<const ICaptionLabel*, std::string> FMmInchDict;
 
+  // ==== program: start-up, options, project files, undo, autosave ====
+  // (src/app/frm_pelw_startup.cpp, frm_pelw_project_load.cpp,
+  // frm_pelw_project_save.cpp, frm_pelw_undo.cpp, frm_pelw_autosave.cpp,
+  // frm_pelw_file_commands.cpp)
+
+  // Platform services; set before FormCreate. Without dialogs, messages go
+  // to the standard error stream and questions keep the user's data.
+  IDialogs* FDialogs = nullptr;
+  TProgramHost FProgramHost;
+  // True for --headless: no demo project, nothing that needs a person.
+  bool FHeadless = false;
+  // Whether the system has a font family (the window's toolkit knows).
+  std::function<bool(const std::string&)> FFontExists;
+  // Set once the save question was answered for closing the window.
+  bool FCloseQueryAnswered = false;
+  // Starts a further instance of the program with these arguments; the
+  // default starts this program's own file. Returns "" or the error.
+  std::function<std::string(const std::vector<std::string>&)> FLaunchInstance;
+
+  TPW_Options FOptions;
+  TPalletList FPalletList;
+  TPrickingIronGroups FPrickingIronGroups;
+  TIronStartup FIronStartup;
+  // Drawing defaults, from the current palette row.
+  TAlphaColor FCurrentColor = 0xFF00FFFF;
+  float FCurrentThickness = 1.5f;
+  TStrokeDash FCurrentDash = TStrokeDash::Solid;
+  int FSelectedPalette = 0;
+  std::string FDefaultFont;
+
+  std::string FFilename;  // the open project; empty for a new one
+  std::vector<TBackdropData> FBackdrops;
+  std::vector<std::unique_ptr<TPW_Path>> FCopyBuffer;
+  std::string FRandomStr;  // names this instance's autosave file
+  std::string FRepositoryPath;
+  std::string FCatalogPath;
+
+  // Undo: the last snapshot always equals the live document.
+  std::vector<std::unique_ptr<TUndoSnapshot>> FUndoList;
+  std::vector<std::unique_ptr<TUndoSnapshot>> FRedoList;
+  std::unique_ptr<ITimer> TimerAutoSave;
+
+  // ---- start-up and shut-down ----
+  // The language: the options' if it has a table, else the system's, else "en".
+  void setLanguage(const std::string& langID);
+  static std::string systemLanguage();
+  void readOptionsFile();
+  // Writes the options, keeping keys of the file the program does not own.
+  void writeOptionsFile();
+  // The command line: a project as first argument, "--instance-id".
+  struct TCommandLineStart {
+    bool FCountsAsOpened = false;  // no autosave recovery then
+    bool FProjectLoaded = false;   // a project file was given
+  };
+  TCommandLineStart handleCommandLine(const std::vector<std::string>& args);
+  // Opens the sample project of the language ("demo" folder); says so when
+  // it is missing.
+  void openDemoProject();
+  std::string demoProjectFileName() const;
+  // Writes unsaved work to this instance's autosave file, so that the next
+  // start brings it back: shut-down on SIGINT or SIGTERM, without a question.
+  void FormDestroyAfterSignal();
+
+  // ---- project files ----
+  // Loads a project; false when the file was no JSON object or could not
+  // be read. Failures are told through the dialogs and leave a valid document.
+  bool loadProject(const std::string& filename);
+  // Saves to FFilename, or asks for a name when there is none. True when saved.
+  bool saveProject();
+  // Asks for a name (at FFilename's folder), then saves.
+  bool saveProjectAs();
+  // Writes the project to `filename` (atomically); throws naming the file.
+  void writeProjectFile(const std::string& filename);
+  // "name.pwc - Pelwright ver3.6.1", or the product alone for a new project.
+  std::string captionText() const;
+  void updateCaption();
+  // The clipboard file "copied_shapes.json" from FCopyBuffer, and back.
+  void writeCopiedShapesFile();
+  bool readCopiedShapesFile();
+  std::string copiedShapesFileName() const;
+
+  // ---- file commands ----
+  // The save question; true when the command may go on.
+  bool FormCloseQuery();
+  void actNewProject();
+  void actLoadProject();
+  void actSaveProject();
+  void actSaveProjectAs();
+  void actClose();
+  void actOpenNewWindow();
+  // The document's changed flag, through the one road that stamps the time.
+  void setChanged(bool changed);
+
+  // ---- undo and redo ----
+  // The one entry point: every command that changed the document calls it
+  // once at its end.
+  void takeSnapshot();
+  // A run of wheel rotations or scalings becomes one undo level here.
+  void flushPendingSnapshot();
+  void actUndo();
+  void actRedo();
+  void clearUndo();
+  void clearRedo();
+  bool canUndo() const { return FUndoList.size() >= 2; }
+  bool canRedo() const { return !FRedoList.empty(); }
+
+  // ---- autosave ----
+  std::string autosaveFileName() const;
+  void TimerAutoSaveTimer();
+  // Deletes this instance's autosave file when there is one.
+  void deleteAutosaveFile();
+  // Start-up: loads a leftover autosave file (renamed "delete_anytime..."
+  // first). True when one was found.
+  bool recoverAutosave();
+
  private:
   TMainThreadCalls FMainCalls;
+  THeadlessDialogs FHeadlessDialogs;
+  std::unique_ptr<TPalletPaintPalette> FPalletPaint;
+  TSnapshotLinks FSnapshotLinks;
+  IDialogs& dialogs() { return FDialogs ? *FDialogs : FHeadlessDialogs; }
+  std::string phrase(const std::string& key) const;
+  void showFault(const std::string& text);
+  // The project load's own work, from the file's text on.
+  bool loadProjectText(const std::string& filename, const std::string& bytes);
+  void resetForNewDocument();
+  void afterDocumentReplaced();
   TMcpRouter FRouter;
   bool FCreated = false;
   bool FDestroyed = false;
+  bool FWriteRecoveryOnExit = false;
+  std::string FLastAutosaveError;
 };

@@ -74,9 +74,4 @@ void TfrmPelw::setLayerIndependent(int layerId, bool independent) {
   btnRecalcIntersectionsClick();
 }
 
-void TfrmPelw::finishDocumentChange() {
-  if (!PathList) return;
-  // The undo snapshot of the whole action belongs here, once per action.
-  PathList->FIsChanged = true;
-  PathList->FLastChangeTime = nowDateTime();
-}
+// finishDocumentChange takes the undo snapshot: see frm_pelw_undo.cpp.

@@ -8,10 +8,13 @@
 #include <string>
 #include <vector>
 
+#include <nlohmann/json_fwd.hpp>
+
 #include "document/path_data.h"
 #include "document/types.h"
 
 struct TPrickingIron;
+class TJsonTextWriter;
 
 // Shape kinds, compared as strings.
 namespace ShapeType {
@@ -180,6 +183,15 @@ class TPW_Path {
                       float rulerLen);
   // Where the thread enters and leaves the hole: FStitchIn, FStitchOut.
   void calcStitchInOutPos();
+
+  // ---- the shape object of project files (defined in document/shape_json.cpp) ----
+  // Writes this shape as one JSON object, keys in the file's order.
+  void toJson(TJsonTextWriter& w) const;
+  // Reads a shape object; `pr` is the iron the caller found for "pr", or
+  // null. Throws TJsonFormError naming the key when a required key is
+  // missing or a value has the wrong kind; the shape is then half read
+  // and should be thrown away.
+  void loadJson(const nlohmann::ordered_json& jo, TPrickingIron* pr);
 };
 
 // Flatness of an arc's path, chosen from its x radius.

@@ -67,6 +67,9 @@ class TShapeList {
   // page, marks the list unchanged and zeroes the times. FLastID is kept, so
   // identifiers in an emptied document continue upward.
   void clearAll();
+  // Frees every shape and leaves everything else (layers, memo, print
+  // areas, times, the counter) as it is: for restoring an undo state.
+  void clearShapes() { FItems.clear(); }
   void copyLayersFrom(const TShapeList& AShapeList);
   // A negative layerId takes the largest id plus one (0 for none), is
   // visible and named from "lblLayerCaption" and its number.

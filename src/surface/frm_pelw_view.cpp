@@ -3,7 +3,6 @@
 #include <cmath>
 #include <cstdio>
 #include <ctime>
-#include <fstream>
 
 #include "app/app_paths.h"
 #include "app/frm_pelw.h"
@@ -196,32 +195,5 @@ void TfrmPelw::refreshStatus() {
   if (FViewHost.showStatus) FViewHost.showStatus(statusText());
 }
 
-std::string TfrmPelw::paintErrorLogFileName() const {
-  return joinPath(FAppDataPath.empty() ? defaultAppDataPath() : FAppDataPath,
-                  "Pelwright_paint_errors.log");
-}
-
-void TfrmPelw::logPaintError(const std::string& className, const std::string& message,
-                             const TPW_Path* shape) {
-  char stamp[32];
-  const std::time_t now = std::time(nullptr);
-  std::tm tm{};
-  localtime_r(&now, &tm);
-  std::strftime(stamp, sizeof stamp, "%Y-%m-%d %H:%M:%S", &tm);
-  std::string text = std::string(stamp) + "  " + className + ": " + message;
-  if (shape) text += " [shape ID=" + std::to_string(shape->FID) + " type=" + shape->FShapeType + "]";
-  // The time stamp changes every second; a failure counts as known when
-  // everything behind it is the same.
-  const std::string what = text.substr(std::string(stamp).size());
-  if (FLastPaintError.size() >= what.size() &&
-      FLastPaintError.compare(FLastPaintError.size() - what.size(), what.size(), what) == 0)
-    return;
-  FLastPaintError = text;
-  try {
-    ensureFolder(FAppDataPath.empty() ? defaultAppDataPath() : FAppDataPath);
-    std::ofstream out(paintErrorLogFileName(), std::ios::app | std::ios::binary);
-    out << text << "\n";
-  } catch (...) {
-    // A log that cannot be written must not stop the paint.
-  }
-}
+// The paint failure log (logPaintError) lives with autosave in
+// app/frm_pelw_autosave.cpp.

@@ -1,6 +1,7 @@
 #include "platform/qt/main_window.h"
 
 #include <QAction>
+#include <QCloseEvent>
 #include <QActionGroup>
 #include <QGridLayout>
 #include <QLabel>
@@ -15,14 +16,20 @@ TMainWindow::TMainWindow(TfrmPelw& form, QWidget* parent) : QMainWindow(parent),
   setWindowTitle("Pelwright");
   useQtTimers();
   buildCanvasArea();
+  buildFileMenu();
+  buildEditMenu();
   buildViewMenu();
+  buildLanguageMenu();
   buildStatusLine();
+  connectProgramHost();
+  retranslate();
   resize(1200, 800);
 }
 
 TMainWindow::~TMainWindow() {
   // The controller outlives the window: it must not call into it any more.
   FForm.FViewHost = TViewHost{};
+  FForm.FProgramHost = TProgramHost{};
   FForm.FGridSettleTimer.reset();
 }
 
@@ -52,6 +59,8 @@ void TMainWindow::buildCanvasArea() {
 
 void TMainWindow::buildViewMenu() {
   QMenu* view = menuBar()->addMenu(tr("&View"));
+  FViewMenu = view;
+  view->setObjectName("miView");
   FActResetView = view->addAction(tr("&Reset view"));
   FActResetView->setObjectName("actResetView");
   FActResetView->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_R));
@@ -95,4 +104,123 @@ void TMainWindow::showEvent(QShowEvent* e) {
   FForm.pboxResize(FCanvas->width(), FCanvas->height());
   FForm.actResetView();
   FForm.refreshStatus();
+}
+
+// ---- File, Edit, the language menu, and what follows the document ----
+
+namespace {
+
+QAction* addCommand(QMenu* menu, QObject* owner, const char* key, QKeySequence shortcut) {
+  QAction* a = menu->addAction(QString::fromUtf8(key));
+  a->setObjectName(key);
+  if (!shortcut.isEmpty()) a->setShortcut(shortcut);
+  (void)owner;
+  return a;
+}
+
+}  // namespace
+
+void TMainWindow::buildFileMenu() {
+  FFileMenu = menuBar()->addMenu("File");
+  FFileMenu->setObjectName("miFile");
+  FActNewProject = addCommand(FFileMenu, this, "actNewProject", QKeySequence::New);
+  FActLoadProject = addCommand(FFileMenu, this, "actLoadProject", QKeySequence::Open);
+  FActOpenNewWindow = addCommand(FFileMenu, this, "actOpenNewWindow", QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_N));
+  FFileMenu->addSeparator();
+  FActSaveProject = addCommand(FFileMenu, this, "actSaveProject", QKeySequence::Save);
+  FActSaveProjectAs = addCommand(FFileMenu, this, "actSaveProjectAs", QKeySequence::SaveAs);
+  // Some desktops have no Save As key; the common one then.
+  if (FActSaveProjectAs->shortcut().isEmpty())
+    FActSaveProjectAs->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S));
+  FFileMenu->addSeparator();
+  FActClose = addCommand(FFileMenu, this, "actClose", QKeySequence::Quit);
+  connect(FActNewProject, &QAction::triggered, this, [this] { FForm.actNewProject(); });
+  connect(FActLoadProject, &QAction::triggered, this, [this] { FForm.actLoadProject(); });
+  connect(FActOpenNewWindow, &QAction::triggered, this, [this] { FForm.actOpenNewWindow(); });
+  connect(FActSaveProject, &QAction::triggered, this, [this] { FForm.actSaveProject(); });
+  connect(FActSaveProjectAs, &QAction::triggered, this, [this] { FForm.actSaveProjectAs(); });
+  connect(FActClose, &QAction::triggered, this, [this] { FForm.actClose(); });
+}
+
+void TMainWindow::buildEditMenu() {
+  FEditMenu = menuBar()->addMenu("Edit");
+  FEditMenu->setObjectName("miEdit");
+  FActUndo = addCommand(FEditMenu, this, "actUndo", QKeySequence::Undo);
+  FActRedo = addCommand(FEditMenu, this, "actRedo", QKeySequence::Redo);
+  connect(FActUndo, &QAction::triggered, this, [this] {
+    FForm.actUndo();
+    FForm.refreshStatus();
+  });
+  connect(FActRedo, &QAction::triggered, this, [this] {
+    FForm.actRedo();
+    FForm.refreshStatus();
+  });
+}
+
+void TMainWindow::buildLanguageMenu() {
+  FLanguageMenu = menuBar()->addMenu("Language");
+  FLanguageMenu->setObjectName("miSelectLang");
+  auto* group = new QActionGroup(this);
+  for (const std::string& code : TMultiLang::tableLanguageCodes()) {
+    if (!FForm.FMultiLang || !FForm.FMultiLang->isSupported(code)) continue;
+    QAction* a = FLanguageMenu->addAction(QString::fromStdString(code));
+    a->setObjectName(QString::fromStdString("miLang_" + code));
+    a->setData(QString::fromStdString(code));
+    a->setCheckable(true);
+    group->addAction(a);
+    connect(a, &QAction::triggered, this, [this, code] { FForm.setLanguage(code); });
+  }
+}
+
+void TMainWindow::retranslate() {
+  if (!FForm.FMultiLang) return;
+  const TMultiLang& lang = *FForm.FMultiLang;
+  auto text = [&](const QString& key) {
+    return QString::fromStdString(lang.getTranslation(FForm.FLangID, key.toStdString()));
+  };
+  for (QMenu* m : {FFileMenu, FEditMenu, FViewMenu, FLanguageMenu}) {
+    if (!m) continue;
+    const QString t = text(m->objectName());
+    if (!t.isEmpty()) m->setTitle(t);
+  }
+  for (QAction* a : {FActNewProject, FActLoadProject, FActOpenNewWindow, FActSaveProject, FActSaveProjectAs,
+                     FActClose, FActUndo, FActRedo, FActResetView}) {
+    if (!a) continue;
+    const QString t = text(a->objectName());
+    if (!t.isEmpty()) a->setText(t);
+  }
+  if (FLanguageMenu) {
+    for (QAction* a : FLanguageMenu->actions()) {
+      const std::string code = a->data().toString().toStdString();
+      const std::string name = lang.getTranslation(code, "LanguageName");
+      a->setText(QString::fromStdString(name.empty() ? code : name));
+      a->setChecked(code == FForm.FLangID);
+    }
+  }
+}
+
+void TMainWindow::connectProgramHost() {
+  auto refreshCaption = [this] {
+    setWindowTitle(QString::fromStdString(FForm.captionText()) + "[*]");
+    setWindowModified(FForm.PathList && FForm.PathList->FIsChanged);
+  };
+  FForm.FProgramHost.captionChanged = refreshCaption;
+  FForm.FProgramHost.undoStateChanged = [this] {
+    if (FActUndo) FActUndo->setEnabled(FForm.canUndo());
+    if (FActRedo) FActRedo->setEnabled(FForm.canRedo());
+  };
+  FForm.FProgramHost.layerPanelChanged = [this] { FCanvas->update(); };
+  FForm.FProgramHost.languageChanged = [this] { retranslate(); };
+  FForm.FProgramHost.closeWindow = [this] { close(); };
+  refreshCaption();
+  FForm.FProgramHost.undoStateChanged();
+}
+
+void TMainWindow::closeEvent(QCloseEvent* e) {
+  if (!FForm.FCloseQueryAnswered && !FForm.FormCloseQuery()) {
+    e->ignore();
+    return;
+  }
+  FForm.FCloseQueryAnswered = true;
+  e->accept();
 }

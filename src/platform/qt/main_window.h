@@ -21,9 +21,23 @@ class TMainWindow : public QMainWindow {
   QAction* FActShowGrid = nullptr;
   QAction* FActBlackBackground = nullptr;
   QAction* FActWhiteBackground = nullptr;
+  // File and Edit; each action's object name is its phrase key.
+  QAction* FActNewProject = nullptr;
+  QAction* FActLoadProject = nullptr;
+  QAction* FActOpenNewWindow = nullptr;
+  QAction* FActSaveProject = nullptr;
+  QAction* FActSaveProjectAs = nullptr;
+  QAction* FActClose = nullptr;
+  QAction* FActUndo = nullptr;
+  QAction* FActRedo = nullptr;
+  QMenu* FLanguageMenu = nullptr;
+
+  // Every menu text from the phrase table, in the current language.
+  void retranslate();
 
  protected:
   void showEvent(QShowEvent* e) override;
+  void closeEvent(QCloseEvent* e) override;
 
  private:
   TfrmPelw& FForm;
@@ -36,4 +50,11 @@ class TMainWindow : public QMainWindow {
   void buildCanvasArea();
   void buildViewMenu();
   void buildStatusLine();
+  void buildFileMenu();
+  void buildEditMenu();
+  void buildLanguageMenu();
+  void connectProgramHost();
+  QMenu* FFileMenu = nullptr;
+  QMenu* FEditMenu = nullptr;
+  QMenu* FViewMenu = nullptr;
 };

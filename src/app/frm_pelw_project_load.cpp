@@ -1,0 +1,102 @@
+// Opening a project file: the text is read into a new document first, so
+// that a file that fails half way leaves the open document as it was; then
+// the new one takes its place, with its stitch links repaired, its layers
+// completed, one undo level, and the question about duplicates.
+#include <stdexcept>
+
+#include "app/app_paths.h"
+#include "app/frm_pelw.h"
+#include "app/project_reader.h"
+#include "app/safe_file.h"
+#include "document/json_value_forms.h"
+#include "document/shape_normalise.h"
+
+namespace {
+
+TProjectReadContext readContext(TfrmPelw& f) {
+  TProjectReadContext c;
+  c.FMultiLang = f.FMultiLang.get();
+  c.FLangID = f.FLangID;
+  c.FIrons = &f.FPrickingIronGroups;
+  c.FPallet = &f.FPalletList;
+  c.FCurrentStyle = TShapeStyle{f.FSelectedPalette, f.FCurrentColor, f.FCurrentThickness, f.FCurrentDash};
+  c.FActiveLayer = f.FActiveLayer;
+  return c;
+}
+
+}  // namespace
+
+bool TfrmPelw::loadProject(const std::string& filename) {
+  std::string bytes;
+  try {
+    bytes = readWholeFile(filename);
+  } catch (const std::exception& e) {
+    showFault(e.what());
+    if (FUndoList.empty()) {
+      takeSnapshot();
+      setChanged(false);
+    }
+    return false;
+  }
+  return loadProjectText(filename, bytes);
+}
+
+void TfrmPelw::afterDocumentReplaced() {
+  FIsPrintAreaAvailable = false;
+  clearUndo();
+  clearRedo();
+  takeSnapshot();
+  PathList->FIsChanged = false;
+  PathList->FLastChangeTime = 0;
+  PathList->FLastSavedTime = 0;
+  if (FProgramHost.layerPanelChanged) FProgramHost.layerPanelChanged();
+  if (FProgramHost.captionChanged) FProgramHost.captionChanged();
+  RepaintCanvas();
+}
+
+bool TfrmPelw::loadProjectText(const std::string& filename, const std::string& bytes) {
+  if (!PathList) return false;
+  TJsonTextState state = TJsonTextState::NotJson;
+  TProjectContent content;
+  try {
+    content = readProjectFileText(bytes, readContext(*this), state);
+  } catch (const std::exception& e) {
+    showFault(filename + ": " + e.what());
+    return false;
+  }
+  if (state != TJsonTextState::Object) {
+    // Not a project: an empty document that still carries the file's name.
+    showFault(phrase("NotPWCFile") + "\n" + filename);
+    PathList->clearAll();
+    FIntersections->Clear();
+    FBackdrops.clear();
+    FFilename = filename;
+    updateCaption();
+    actResetView();
+    afterDocumentReplaced();
+    return false;
+  }
+  PathList = std::move(content.FList);
+  FIntersections = std::move(content.FIntersections);
+  FBackdrops = std::move(content.FBackdrops);
+  FFilename = filename;
+  updateCaption();
+  actResetView();
+  repairStitchLinks(*PathList);
+  PathList->restoreLayers();
+  PathList->countNumOfAlwaysShowStitchSimulator();
+  afterDocumentReplaced();
+
+  const TDuplicates duplicates = findDuplicates(*PathList);
+  if (duplicates.FCount > 0) {
+    const std::string n = std::to_string(duplicates.FCount);
+    const std::string question = phrase("num_duplicates") + " " + n + "\r\n" + phrase("ask_duplicates_deleted");
+    if (dialogs().askYesNo(question, TDialogAnswer::No) == TDialogAnswer::Yes) {
+      for (TPW_Path* s : duplicates.FShapes) deleteShape(s);
+      takeSnapshot();
+      showFault(phrase("duplicates_deleted") + " " + n);
+      RepaintCanvas();
+    }
+  }
+  return true;
+}

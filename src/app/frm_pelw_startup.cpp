@@ -1,0 +1,263 @@
+// Start-up in its fixed order, the options file, the command line, the
+// demo project, and shut-down.
+#include <algorithm>
+#include <cctype>
+#include <cstdlib>
+#include <filesystem>
+#include <random>
+
+#include "api/mcp_routes.h"
+#include "app/app_paths.h"
+#include "app/frm_pelw.h"
+#include "app/ini_file.h"
+#include "app/pallet_paint_palette.h"
+#include "app/safe_file.h"
+#include "document/number_text.h"
+
+namespace {
+
+bool equalsNoCase(const std::string& a, const std::string& b) {
+  return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(), [](char x, char y) {
+           return std::tolower(static_cast<unsigned char>(x)) == std::tolower(static_cast<unsigned char>(y));
+         });
+}
+
+std::string randomInstanceNumber() {
+  std::random_device rd;
+  std::mt19937 gen(rd());
+  return std::to_string(std::uniform_int_distribution<int>(0, 9999)(gen));
+}
+
+}  // namespace
+
+TfrmPelw::~TfrmPelw() { FormDestroy(); }
+
+std::string TfrmPelw::phrase(const std::string& key) const {
+  return FMultiLang ? FMultiLang->getTranslation(FLangID, key) : std::string();
+}
+
+void TfrmPelw::showFault(const std::string& text) { dialogs().showMessage(text); }
+
+void TfrmPelw::FormCreate(const std::vector<std::string>& args) {
+  if (FCreated) return;
+  FCreated = true;
+  // 1. Flags.
+  FIsBlackBackgroundMode = true;
+  // 2. Phrase tables (the window builds its language menu from them).
+  FMultiLang = std::make_unique<TMultiLang>();
+  FMultiLang->loadBuiltinPhrases();
+  // 3. The number that names this instance's autosave file.
+  FRandomStr = randomInstanceNumber();
+  // 4. Options at their defaults; no undo levels yet.
+  FOptions = TPW_Options{};
+  clearUndo();
+  // 5. Folders.
+  if (FAppDataPath.empty()) FAppDataPath = defaultAppDataPath();
+  ensureFolder(FAppDataPath);
+  FRepositoryPath = joinPath(FAppDataPath, "repository");
+  FCatalogPath = joinPath(FAppDataPath, "catalogs");
+  ensureFolder(FRepositoryPath);
+  ensureFolder(FCatalogPath);
+  // 6, 7. Palette at its factory rows; drawing defaults from row 0.
+  FPalletList = TPalletList();
+  FBackdrops.clear();
+  FCopyBuffer.clear();
+  // 8. Irons: the file, or the built-in table.
+  FIronStartup = loadPrickingIronsAtStartup(FPrickingIronGroups,
+                                            joinPath(FAppDataPath, kPrickingIronFileName), "en");
+  // 9. Options, then the irons added to the table since the user's file.
+  readOptionsFile();
+  addNewSystemIronsOnce(FPrickingIronGroups, FIronStartup, FOptions.FNewPrickingIronsAdded, "en");
+  FPalletPaint = std::make_unique<TPalletPaintPalette>(FPalletList);
+  FPaintPalette = FPalletPaint.get();
+  FSelectedPalette = std::max(0, FPalletList.selectedIndex());
+  FCurrentColor = FPalletList[FSelectedPalette].getColor();
+  FCurrentThickness = FPalletList[FSelectedPalette].FThickness;
+  FCurrentDash = FPalletList[FSelectedPalette].FDash;
+  FViewOptions.FReverseMouseWheelZoomDirection = FOptions.FReverseMouseWheelZoomDirection;
+  FViewOptions.FReverseCursorKeyGridAreaMove = FOptions.FReverseCursorKeyGridAreaMove;
+  FViewOptions.FWhiteBGColor = FOptions.FWhiteBGColor;
+  FViewOptions.FShowStitchPattern = FOptions.FShowStitchPattern;
+  FViewOptions.FStitchThickness = FOptions.FStitchThickness;
+  FViewOptions.FStitchOpacity = FOptions.FStitchOpacity;
+  FViewOptions.FHighlightSnapTargets = FOptions.FHighlightSnapTargets;
+  setUnitMode(FOptions.FUnitMode);
+  setBackgroundMode(FIsBlackBackgroundMode);
+  // 10. Language.
+  std::string lang = FOptions.FLangID;
+  if (lang.empty() || !FMultiLang->isSupported(lang)) {
+    lang = systemLanguage();
+    if (lang.empty() || !FMultiLang->isSupported(lang)) lang = "en";
+  }
+  // 13. The document (before the language, which names its layers).
+  PathList = std::make_unique<TShapeList>(FMultiLang.get(), lang);
+  FIntersections = std::make_unique<TIntersections>();
+  setLanguage(lang);
+  // 11. Default text font.
+  FDefaultFont = FOptions.FDefaultFont;
+  if (FDefaultFont.empty()) {
+    if (FLangID == "ja") FDefaultFont = "メイリオ";
+    else FDefaultFont = FFontExists && FFontExists("Helvetica") ? "Helvetica" : "Arial";
+  }
+  if (!FIronStartup.FMessage.empty()) showFault(FIronStartup.FMessage);
+  updateCaption();
+  // 16. The command line, else a leftover autosave file, else a new document.
+  const TCommandLineStart start = handleCommandLine(args);
+  bool loaded = start.FProjectLoaded;
+  if (!start.FCountsAsOpened) loaded = recoverAutosave();
+  if (FUndoList.empty()) {
+    takeSnapshot();
+    setChanged(false);
+  }
+  // 17. Layer panel.
+  if (FProgramHost.layerPanelChanged) FProgramHost.layerPanelChanged();
+  // 18. The demo, for a person who opened nothing.
+  if (!FHeadless && !loaded && FOptions.FLoadDemoProjectAtStartup) openDemoProject();
+  else if (PathList->empty()) PathList->clearPrintPagesInfo();
+  // A signal may have ended the program while a message was shown.
+  if (FDestroyed) return;
+  // The autosave timer.
+  TimerAutoSave = createTimer();
+  TimerAutoSave->setInterval(1000);
+  TimerAutoSave->setOnTimer([this] { TimerAutoSaveTimer(); });
+  TimerAutoSave->start();
+  // 20. Last, the local API when the options file switches it on.
+  FRouter.setRoutes(buildMcpRoutes(*this));
+  startMCPServerIfEnabled();
+}
+
+void TfrmPelw::FormDestroyAfterSignal() {
+  FWriteRecoveryOnExit = true;
+  FormDestroy();
+}
+
+void TfrmPelw::FormDestroy() {
+  if (!FCreated || FDestroyed) return;
+  FDestroyed = true;
+  // The server first, so that no request is left waiting on a closing form.
+  stopMCPServer();
+  if (TimerAutoSave) TimerAutoSave->stop();
+  if (FWriteRecoveryOnExit && PathList && PathList->FIsChanged) {
+    try {
+      writeProjectFile(autosaveFileName());
+    } catch (const std::exception& e) {
+      showFault(e.what());
+    }
+  }
+  writeOptionsFile();
+  try {
+    writePrickingIronFile(joinPath(FAppDataPath, kPrickingIronFileName), FPrickingIronGroups);
+  } catch (const std::exception& e) {
+    showFault(e.what());
+  }
+  TimerAutoSave.reset();
+  clearUndo();
+  clearRedo();
+  FCopyBuffer.clear();
+  FBackdrops.clear();
+}
+
+std::string TfrmPelw::optionsFileName() const { return joinPath(FAppDataPath, kOptionsFileName); }
+
+void TfrmPelw::readOptionsFile() {
+  // A missing or damaged file leaves the defaults; the exit writes it anew.
+  try {
+    const TIniFile ini(optionsFileName());
+    readOptions(ini, FOptions, &FPalletList);
+  } catch (const std::exception&) {
+  }
+}
+
+void TfrmPelw::writeOptionsFile() {
+  try {
+    // Read again, so that keys the program does not own survive. A file
+    // that is no text (NUL bytes, not UTF-8) is kept aside and replaced,
+    // rather than its garbage written back as sections.
+    TIniFile ini;
+    std::string text;
+    try {
+      text = readWholeFile(optionsFileName());
+    } catch (const std::exception&) {
+    }
+    if (text.find('\0') != std::string::npos || repairUtf8(text) != text) {
+      try {
+        writeFileAtomically(optionsFileName() + ".damaged", text);
+      } catch (const std::exception&) {
+      }
+    } else {
+      ini.loadFromText(text);
+    }
+    // The view's settings may have changed while the program ran.
+    FOptions.FLangID = FLangID;
+    if (!FDefaultFont.empty()) FOptions.FDefaultFont = FDefaultFont;
+    FOptions.FUnitMode = FViewOptions.FUnitMode;
+    FOptions.FReverseMouseWheelZoomDirection = FViewOptions.FReverseMouseWheelZoomDirection;
+    FOptions.FReverseCursorKeyGridAreaMove = FViewOptions.FReverseCursorKeyGridAreaMove;
+    FOptions.FShowStitchPattern = FViewOptions.FShowStitchPattern;
+    FOptions.FStitchThickness = FViewOptions.FStitchThickness;
+    writeOptions(ini, FOptions, &FPalletList);
+    ini.saveToFile(optionsFileName());
+  } catch (const std::exception& e) {
+    showFault(e.what());
+  }
+}
+
+std::string TfrmPelw::systemLanguage() {
+  const char* vars[] = {"LC_ALL", "LC_MESSAGES", "LANG"};
+  for (const char* v : vars) {
+    const char* value = std::getenv(v);
+    if (!value || !*value) continue;
+    std::string s = value;
+    if (s == "C" || s == "POSIX" || s.rfind("C.", 0) == 0) return {};
+    for (char& c : s) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    const std::string region = s.substr(0, s.find_first_of(".@"));
+    const std::string language = region.substr(0, region.find('_'));
+    if (region == "zh_cn" || region == "zh_sg" || language == "zh") return "zh-cn";
+    if (region == "pt_br" || language == "pt") return "pb";
+    if (language == "nb" || language == "nn") return "no";
+    if (language == "hy") return "am";
+    return language;
+  }
+  return {};
+}
+
+void TfrmPelw::setLanguage(const std::string& langID) {
+  FLangID = langID;
+  FOptions.FLangID = langID;
+  if (PathList) PathList->FLangID = langID;
+  FPrickingIronGroups.renameForLanguage(langID);
+  if (FProgramHost.languageChanged) FProgramHost.languageChanged();
+}
+
+TfrmPelw::TCommandLineStart TfrmPelw::handleCommandLine(const std::vector<std::string>& args) {
+  TCommandLineStart r;
+  for (const std::string& a : args) {
+    if (equalsNoCase(a, "--instance-id")) {
+      r.FCountsAsOpened = true;
+      break;
+    }
+    if (!r.FCountsAsOpened) {
+      std::error_code ec;
+      const auto abs = std::filesystem::absolute(args.front(), ec);
+      loadProject(ec ? args.front() : abs.lexically_normal().string());
+      r.FCountsAsOpened = true;
+      r.FProjectLoaded = true;
+    }
+  }
+  return r;
+}
+
+std::string TfrmPelw::demoProjectFileName() const {
+  return joinPath(joinPath(FAppDataPath, "demo"), FLangID == "ja" ? "demo_2.0.8_ja.pwc" : "demo_2.0.8_en.pwc");
+}
+
+void TfrmPelw::openDemoProject() {
+  const std::string file = demoProjectFileName();
+  std::error_code ec;
+  if (!std::filesystem::is_regular_file(file, ec)) {
+    showFault("Demo project file not found.");
+    return;
+  }
+  loadProject(file);
+  if (FProgramHost.showMemoPanel && !PathList->FMemo.empty()) FProgramHost.showMemoPanel(true);
+}

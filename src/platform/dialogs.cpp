@@ -1,0 +1,61 @@
+#include "platform/dialogs.h"
+
+#include <cstdio>
+
+void THeadlessDialogs::showMessage(const std::string& text) {
+  std::fprintf(stderr, "pelwright: %s\n", text.c_str());
+  std::fflush(stderr);
+}
+
+TDialogAnswer THeadlessDialogs::askYesNo(const std::string& text, TDialogAnswer keepsData) {
+  std::fprintf(stderr, "pelwright: %s -> %s\n", text.c_str(), keepsData == TDialogAnswer::Yes ? "Yes" : "No");
+  std::fflush(stderr);
+  return keepsData;
+}
+
+TDialogAnswer THeadlessDialogs::askYesNoCancel(const std::string& text, TDialogAnswer keepsData) {
+  const char* answer = keepsData == TDialogAnswer::Yes ? "Yes" : keepsData == TDialogAnswer::No ? "No" : "Cancel";
+  std::fprintf(stderr, "pelwright: %s -> %s\n", text.c_str(), answer);
+  std::fflush(stderr);
+  return keepsData;
+}
+
+std::string THeadlessDialogs::openFileName(const std::string&, const std::string&) { return {}; }
+
+std::string THeadlessDialogs::saveFileName(const std::string&, const std::string&, const std::string&) {
+  return {};
+}
+
+TDialogAnswer TScriptedDialogs::next(const std::string& text, TDialogAnswer keepsData) {
+  FQuestions.push_back(text);
+  if (FAnswers.empty()) return keepsData;
+  const TDialogAnswer a = FAnswers.front();
+  FAnswers.pop_front();
+  return a;
+}
+
+std::string TScriptedDialogs::nextName() {
+  if (FFileNames.empty()) return {};
+  std::string n = FFileNames.front();
+  FFileNames.pop_front();
+  return n;
+}
+
+TDialogAnswer TScriptedDialogs::askYesNo(const std::string& text, TDialogAnswer keepsData) {
+  return next(text, keepsData);
+}
+
+TDialogAnswer TScriptedDialogs::askYesNoCancel(const std::string& text, TDialogAnswer keepsData) {
+  return next(text, keepsData);
+}
+
+std::string TScriptedDialogs::openFileName(const std::string& folder, const std::string&) {
+  FFileDialogs.push_back("open:" + folder);
+  return nextName();
+}
+
+std::string TScriptedDialogs::saveFileName(const std::string& folder, const std::string& name,
+                                           const std::string&) {
+  FFileDialogs.push_back("save:" + folder + "|" + name);
+  return nextName();
+}

@@ -1,0 +1,48 @@
+#include "platform/qt/qt_dialogs.h"
+
+#include <QDir>
+#include <QFileDialog>
+#include <QMessageBox>
+
+QString TQtDialogs::filterFor(const std::string& extension) const {
+  if (!FFilter.isEmpty()) return FFilter;
+  return QString("Pelwright project (*%1)").arg(QString::fromStdString(extension));
+}
+
+void TQtDialogs::showMessage(const std::string& text) {
+  QMessageBox::information(FParent, FTitle, QString::fromStdString(text));
+}
+
+TDialogAnswer TQtDialogs::askYesNo(const std::string& text, TDialogAnswer keepsData) {
+  const auto def = keepsData == TDialogAnswer::Yes ? QMessageBox::Yes : QMessageBox::No;
+  const auto r = QMessageBox::question(FParent, FTitle, QString::fromStdString(text),
+                                       QMessageBox::Yes | QMessageBox::No, def);
+  return r == QMessageBox::Yes ? TDialogAnswer::Yes : TDialogAnswer::No;
+}
+
+TDialogAnswer TQtDialogs::askYesNoCancel(const std::string& text, TDialogAnswer keepsData) {
+  const auto def = keepsData == TDialogAnswer::Yes  ? QMessageBox::Yes
+                   : keepsData == TDialogAnswer::No ? QMessageBox::No
+                                                    : QMessageBox::Cancel;
+  const auto r = QMessageBox::question(FParent, FTitle, QString::fromStdString(text),
+                                       QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel, def);
+  if (r == QMessageBox::Yes) return TDialogAnswer::Yes;
+  if (r == QMessageBox::No) return TDialogAnswer::No;
+  return TDialogAnswer::Cancel;
+}
+
+std::string TQtDialogs::openFileName(const std::string& folder, const std::string& extension) {
+  const QString start = folder.empty() ? QDir::homePath() : QString::fromStdString(folder);
+  return QFileDialog::getOpenFileName(FParent, QString(), start, filterFor(extension)).toStdString();
+}
+
+std::string TQtDialogs::saveFileName(const std::string& folder, const std::string& name,
+                                     const std::string& extension) {
+  QString start = folder.empty() ? QDir::homePath() : QString::fromStdString(folder);
+  if (!name.empty()) start = QDir(start).filePath(QString::fromStdString(name));
+  QFileDialog dialog(FParent, QString(), start, filterFor(extension));
+  dialog.setAcceptMode(QFileDialog::AcceptSave);
+  dialog.setDefaultSuffix(QString::fromStdString(extension).remove(0, 1));
+  if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return {};
+  return dialog.selectedFiles().first().toStdString();
+}

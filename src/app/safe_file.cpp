@@ -13,7 +13,13 @@
 
 void writeFileAtomically(const std::string& filename, const std::string& contents) {
   std::random_device rd;
-  const std::string tmp = filename + ".tmp" + std::to_string(rd() % 1000000);
+  // A hidden name beside the target, so that nothing that lists the folder
+  // for the target's kind of file (autosave recovery, a file dialog) takes
+  // a half-written file for the real one.
+  const size_t slash = filename.find_last_of('/');
+  const std::string folder = slash == std::string::npos ? std::string() : filename.substr(0, slash + 1);
+  const std::string base = slash == std::string::npos ? filename : filename.substr(slash + 1);
+  const std::string tmp = folder + "." + base + ".part" + std::to_string(rd() % 1000000);
   const int fd = ::open(tmp.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
   if (fd < 0)
     throw std::runtime_error("Cannot write " + filename + ": " + std::strerror(errno));

@@ -14,7 +14,9 @@
 #include "app/multi_lang.h"
 #include "document/intersections.h"
 #include "document/shape_list.h"
+#include "libraries/draw_pallet.h"
 #include "platform/main_thread.h"
+#include "surface/pallet_paint_palette.h"
 #include "surface/view_state.h"
 
 class ICanvas;
@@ -111,6 +113,18 @@ class TfrmPelw : public TViewState {
   std::vector<INumberBox*> FNBList;       // length boxes that convert with the unit; borrowed
   std::vector<ICaptionLabel*> FUnitLabels;  // labels whose "mm" follows the unit; borrowed
   std::map<const ICaptionLabel*, std::string> FMmInchDict;
+
+  // ---- line palette (src/surface/frm_pelw_palette.cpp) ----
+  // The forty rows, factory values until the options overlay them. The
+  // painter reads the palette through FPaintPalette, which points at these
+  // rows unless a caller points it elsewhere (null: each shape keeps its
+  // own colour).
+  TPalletList FPalletList;
+  TPalletListPaintPalette FPalletPaint{FPalletList};
+  const IPaintPalette* FPaintPalette = &FPalletPaint;
+  // After the rows changed (options read, editor closed with OK or reset):
+  // the colours taken from them follow, and the canvas repaints.
+  void palletListChanged();
 
  private:
   TMainThreadCalls FMainCalls;

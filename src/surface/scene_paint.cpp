@@ -12,6 +12,7 @@
 #include "app/frm_pelw.h"
 #include "surface/scene_painter.h"
 #include "surface/view_math.h"
+#include "surface/view_phrases.h"
 
 namespace {
 
@@ -172,18 +173,18 @@ void TScenePainter::paintBanners() {
     TAlphaColor color;
     std::string text;
   };
+  auto phrase = [this](const TPhraseKey& k) { return viewPhrase(F.FMultiLang.get(), F.FLangID, k); };
   std::vector<TBanner> banners;
   if (F.FSelectNextStitchingHoleMode)
-    banners.push_back({0xFFFF0000, "Please click the next stitching hole. (Press ESC key to exit)"});
+    banners.push_back({0xFFFF0000, phrase(ViewPhrase::SelectNextStitchingHole)});
   if (!F.FBusyMessage.empty()) banners.push_back({0xFFFF0000, F.FBusyMessage});
   if (F.PathList && !F.PathList->GetlayerVisible(F.FActiveLayer))
-    banners.push_back({0xFFFF0000,
-                       "Warning: The selected layer is set as invisible. Nothing will be shown "
-                       "even if you draw something."});
+    banners.push_back({0xFFFF0000, phrase(ViewPhrase::LayerIsNotVisible)});
   if (F.FIgnoreLayer)
-    banners.push_back({0xFFFF0000, "Warning: Layer ignore mode(Press Ctrl + Alt + i to cancel)"});
+    banners.push_back({0xFFFF0000, phrase(ViewPhrase::LayerIgnored) + "(" +
+                                       phrase(ViewPhrase::CancelLayerIgnored) + ")"});
   if (F.PathList && F.PathList->GetIsIndependentLayer(F.FActiveLayer))
-    banners.push_back({0xFF008000, "** Independent Layer **"});
+    banners.push_back({0xFF008000, "** " + phrase(ViewPhrase::IndependentLayer) + " **"});
   if (banners.empty()) return;
   C.setFontSize(15);
   float top = 0;

@@ -113,6 +113,5 @@ struct TViewState {
 
   // ---- links ----
   TViewOptions FViewOptions;
-  const IPaintPalette* FPaintPalette = nullptr;  // borrowed; none: shapes keep their own look
   TViewHost FViewHost;
 };

@@ -17,27 +17,9 @@
 
 namespace {
 
-// The line rows the sample uses, with their colours for both backgrounds.
-struct TSamplePalette : IPaintPalette {
-  std::vector<TPaletteLook> rows{40};
-  TSamplePalette() {
-    auto set = [this](int i, TAlphaColor dark, TAlphaColor white, float t, TStrokeDash d) {
-      rows[static_cast<size_t>(i)] = TPaletteLook{dark, white, t, d, true, false};
-    };
-    set(0, 0xFF00FFFF, 0xFF00008B, 1.5f, TStrokeDash::Solid);
-    set(2, 0xFFFFFFFF, 0xFF000000, 1.2f, TStrokeDash::Solid);
-    set(3, 0xFFFFFF00, 0xFFBDB76B, 1.1f, TStrokeDash::Dash);
-    set(36, 0xFFFFFFFF, 0xFFD2691E, 1.0f, TStrokeDash::Dot);
-    set(38, 0xFFFFFFFF, 0xFF000000, 2.0f, TStrokeDash::Solid);
-  }
-  int count() const override { return 40; }
-  TPaletteLook row(int i) const override { return rows[static_cast<size_t>(i)]; }
-};
-
 class MainWindowView : public ::testing::Test {
  protected:
   TTempDir dir;
-  TSamplePalette palette;
   TQtTextLayout layout;
   TfrmPelw form;
   std::unique_ptr<TMainWindow> window;
@@ -46,7 +28,6 @@ class MainWindowView : public ::testing::Test {
     form.FAppDataPath = dir.path();
     form.FormCreate({});
     buildCardHolderSample(*form.PathList);
-    form.FPaintPalette = &palette;
     window = std::make_unique<TMainWindow>(form);
     window->resize(1000, 700);
     window->show();

@@ -10,6 +10,7 @@
 #include "app/frm_pelw.h"
 #include "platform/qt/canvas_widget.h"
 #include "platform/qt/qt_timer.h"
+#include "surface/view_phrases.h"
 
 TMainWindow::TMainWindow(TfrmPelw& form, QWidget* parent) : QMainWindow(parent), FForm(form) {
   setWindowTitle("Pelwright");
@@ -50,24 +51,41 @@ void TMainWindow::buildCanvasArea() {
   };
 }
 
+QString TMainWindow::phrase(const TPhraseKey& key) const {
+  return QString::fromStdString(viewPhrase(FForm.FMultiLang.get(), FForm.FLangID, key));
+}
+
 void TMainWindow::buildViewMenu() {
-  QMenu* view = menuBar()->addMenu(tr("&View"));
-  FActResetView = view->addAction(tr("&Reset view"));
+  QMenu* view = menuBar()->addMenu(phrase(ViewPhrase::MenuView));
+  view->setObjectName("miView");
+  FActResetView = view->addAction(phrase(ViewPhrase::ResetView));
   FActResetView->setObjectName("actResetView");
   FActResetView->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_R));
   connect(FActResetView, &QAction::triggered, this, [this] { FForm.actResetView(); });
 
-  FActShowGrid = view->addAction(tr("Show &grid"));
+  FActShowGrid = view->addAction(phrase(ViewPhrase::ShowHideGrid));
+  FActShowGrid->setObjectName("actShowHideGrid");
   FActShowGrid->setCheckable(true);
   FActShowGrid->setChecked(FForm.FShowGrid);
   connect(FActShowGrid, &QAction::toggled, this, [this](bool on) {
     if (on != FForm.FShowGrid) FForm.actToggleGrid();
   });
 
+  FActShowStitchSimulator = view->addAction(phrase(ViewPhrase::ShowHideStitchingSimulator));
+  FActShowStitchSimulator->setObjectName("actShowHideStitchingSimulator");
+  FActShowStitchSimulator->setCheckable(true);
+  FActShowStitchSimulator->setChecked(FForm.FViewOptions.FShowStitchPattern);
+  connect(FActShowStitchSimulator, &QAction::toggled, this, [this](bool on) {
+    FForm.FViewOptions.FShowStitchPattern = on;
+    FForm.RepaintCanvas();
+  });
+
   view->addSeparator();
   auto* background = new QActionGroup(this);
-  FActBlackBackground = view->addAction(tr("&Black background"));
-  FActWhiteBackground = view->addAction(tr("&White background"));
+  FActBlackBackground = view->addAction(phrase(ViewPhrase::BlackBackground));
+  FActBlackBackground->setObjectName("rbBlackBG");
+  FActWhiteBackground = view->addAction(phrase(ViewPhrase::WhiteBackground));
+  FActWhiteBackground->setObjectName("rbWhiteBG");
   for (QAction* a : {FActBlackBackground, FActWhiteBackground}) {
     a->setCheckable(true);
     background->addAction(a);

@@ -9,6 +9,7 @@ class TCanvasWidget;
 class TRulerWidget;
 class QLabel;
 class QAction;
+struct TPhraseKey;
 
 class TMainWindow : public QMainWindow {
   Q_OBJECT
@@ -19,6 +20,7 @@ class TMainWindow : public QMainWindow {
   TCanvasWidget* canvas() const { return FCanvas; }
   QAction* FActResetView = nullptr;
   QAction* FActShowGrid = nullptr;
+  QAction* FActShowStitchSimulator = nullptr;
   QAction* FActBlackBackground = nullptr;
   QAction* FActWhiteBackground = nullptr;
 
@@ -36,4 +38,6 @@ class TMainWindow : public QMainWindow {
   void buildCanvasArea();
   void buildViewMenu();
   void buildStatusLine();
+  // A menu text in the program's language.
+  QString phrase(const TPhraseKey& key) const;
 };

@@ -10,6 +10,7 @@
 
 #include "app/frm_pelw.h"
 #include "platform/qt/qt_canvas.h"
+#include "stitching/pricking_iron.h"
 
 namespace {
 
@@ -24,9 +25,23 @@ QGuiApplication& app() {
   return *a;
 }
 
+// A 3 mm diamond iron, as in the system table.
+TPrickingIron& benchIron() {
+  static TPrickingIron iron = [] {
+    TPrickingIron i;
+    i.FBladeType = "D";
+    bladeDefaults("D", i.FWidth, i.FHeight, i.FAngle);
+    i.FWidth = 0.6f;
+    i.FPitch = 3.0f;
+    return i;
+  }();
+  return iron;
+}
+
 // Pattern pieces in a grid: each piece four lines and four arcs, and a row
 // of holes along its top and bottom.
 void buildScene(TfrmPelw& form, int shapes, int holes) {
+  TPrickingIron& iron = benchIron();
   TShapeList& list = *form.PathList;
   int made = 0, holesMade = 0, piece = 0;
   while (made < shapes || holesMade < holes) {
@@ -43,15 +58,9 @@ void buildScene(TfrmPelw& form, int shapes, int holes) {
       list.add(std::move(s), 0);
     }
     for (int i = 0; i < 50 && holesMade < holes; ++i, ++holesMade) {
-      auto h = std::make_unique<TPW_Path>(36, 0xFFFFFFFF, 1.0f, TStrokeDash::Solid, list.getNextID());
+      auto h = std::make_unique<TPW_Path>(36, 0xFFFFFFFF, 1.0f, TStrokeDash::Dot, list.getNextID());
       const TPointF c(x0 + 2 + (i % 25) * 2, y0 + 2 + (i / 25) * 30);
-      h->FShapeType = ShapeType::Hole;
-      h->FStartPt = h->FCenter = c;
-      h->FData.MoveTo(TPointF(c.x, c.y - 1.5f));
-      h->FData.LineTo(TPointF(c.x + 0.5f, c.y));
-      h->FData.LineTo(TPointF(c.x, c.y + 1.5f));
-      h->FData.LineTo(TPointF(c.x - 0.5f, c.y));
-      h->FData.ClosePath();
+      h->createStichPath(c, false, &iron, -90, 0);
       list.add(std::move(h), 0);
     }
   }

@@ -34,6 +34,15 @@ TShapePen screenPenFor(const TPW_Path& shape, const IPaintPalette* palette, bool
 // the simulated thread showing.
 double holeDotRadius(double pixelsPerMm, bool threadShowing);
 
+// The simulator's settings from the options: a thread colour of -1 leaves
+// each hole its own.
+struct TViewOptions;
+struct TStitchSimulationOptions;
+TStitchSimulationOptions stitchSimulationOptions(const TViewOptions& options);
+// The thread's width on the screen: the thickness option in fifths of a
+// millimetre, never under a pixel.
+double threadWidthPixels(float stitchThickness, double pixelsPerMm);
+
 class TScenePainter {
  public:
   TScenePainter(TfrmPelw& form, ICanvas& canvas);

@@ -4,6 +4,7 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QImage>
 #include <QLabel>
 #include <QWheelEvent>
@@ -13,6 +14,8 @@
 #include "platform/qt/canvas_widget.h"
 #include "platform/qt/main_window.h"
 #include "platform/qt/qt_text_layout.h"
+#include "stitching/iron_groups.h"
+#include "stitching/system_irons.h"
 #include "test_support.h"
 
 namespace {
@@ -21,13 +24,15 @@ class MainWindowView : public ::testing::Test {
  protected:
   TTempDir dir;
   TQtTextLayout layout;
+  TPrickingIronGroups irons;
   TfrmPelw form;
   std::unique_ptr<TMainWindow> window;
   void SetUp() override {
     setTextLayout(&layout);
     form.FAppDataPath = dir.path();
     form.FormCreate({});
-    buildCardHolderSample(*form.PathList);
+    irons.append(buildSystemIronGroups("en"));
+    buildCardHolderSample(*form.PathList, irons.findIron(kCardHolderIronBlade, kCardHolderIronPitch));
     window = std::make_unique<TMainWindow>(form);
     window->resize(1000, 700);
     window->show();
@@ -38,17 +43,21 @@ class MainWindowView : public ::testing::Test {
     setTextLayout(nullptr);
   }
   QImage grabCanvas() { return window->canvas()->grab().toImage(); }
-  // Saves a screenshot when PELWRIGHT_SCREENSHOT_DIR is set.
+  // Saves a screenshot when PELWRIGHT_SCREENSHOT_DIR is set, once the grid
+  // has settled and been drawn sharp at the present zoom.
   void keep(const QString& name) {
     const QByteArray folder = qgetenv("PELWRIGHT_SCREENSHOT_DIR");
     if (folder.isEmpty()) return;
-    QApplication::processEvents();
+    QElapsedTimer settle;
+    settle.start();
+    while (settle.elapsed() < 300) QApplication::processEvents(QEventLoop::AllEvents, 20);
     window->grab().save(QDir(QString::fromUtf8(folder)).filePath(name));
   }
 };
 
 TEST_F(MainWindowView, OpensFittedOnTheSample) {
-  EXPECT_EQ(form.PathList->Count(), 36u);
+  window->FActShowStitchSimulator->trigger();
+  EXPECT_EQ(form.PathList->Count(), 33u + 80u + 45u);
   EXPECT_EQ(form.FPboxWidth, window->canvas()->width());
   // Fitted: the whole card holder is in view, and fairly large.
   const TRectF v = form.VisibleRealRect();
@@ -87,6 +96,7 @@ TEST_F(MainWindowView, WheelZoomsAndResetViewComesBack) {
 }
 
 TEST_F(MainWindowView, ViewMenuSwitchesBackgroundAndGrid) {
+  window->FActShowStitchSimulator->trigger();
   window->FActWhiteBackground->trigger();
   EXPECT_FALSE(form.FIsBlackBackgroundMode);
   QImage img = grabCanvas();
@@ -99,8 +109,11 @@ TEST_F(MainWindowView, ViewMenuSwitchesBackgroundAndGrid) {
 }
 
 TEST_F(MainWindowView, TwentyPixelsAMillimetre) {
+  window->FActShowStitchSimulator->trigger();
+  EXPECT_TRUE(form.FViewOptions.FShowStitchPattern);
   form.FScale = TPointF(20, 20);
   form.FOffset = TPointF(-1400, -1000);  // the lower right corner of the body
+  form.refreshStatus();
   form.RepaintCanvas();
   keep("card_holder_black_20px.png");
   window->FActWhiteBackground->trigger();

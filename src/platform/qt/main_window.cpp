@@ -10,6 +10,7 @@
 #include "app/frm_pelw.h"
 #include "platform/qt/canvas_widget.h"
 #include "platform/qt/qt_timer.h"
+#include "surface/view_colors.h"
 #include "surface/view_phrases.h"
 
 TMainWindow::TMainWindow(TfrmPelw& form, QWidget* parent) : QMainWindow(parent), FForm(form) {
@@ -32,14 +33,14 @@ void TMainWindow::buildCanvasArea() {
   auto* grid = new QGridLayout(area);
   grid->setContentsMargins(0, 0, 0, 0);
   grid->setSpacing(0);
-  auto* corner = new QWidget(area);
-  corner->setFixedSize(34, 22);
-  corner->setAutoFillBackground(true);
-  corner->setPalette(QPalette(QColor(0x30, 0x30, 0x30)));
+  FCorner = new QWidget(area);
+  FCorner->setFixedSize(34, 22);
+  FCorner->setAutoFillBackground(true);
+  paintCorner();
   FCanvas = new TCanvasWidget(FForm, area);
   FRulerX = new TRulerWidget(FForm, Qt::Horizontal, area);
   FRulerY = new TRulerWidget(FForm, Qt::Vertical, area);
-  grid->addWidget(corner, 0, 0);
+  grid->addWidget(FCorner, 0, 0);
   grid->addWidget(FRulerX, 0, 1);
   grid->addWidget(FRulerY, 1, 0);
   grid->addWidget(FCanvas, 1, 1);
@@ -91,8 +92,20 @@ void TMainWindow::buildViewMenu() {
     background->addAction(a);
   }
   (FForm.FIsBlackBackgroundMode ? FActBlackBackground : FActWhiteBackground)->setChecked(true);
-  connect(FActBlackBackground, &QAction::triggered, this, [this] { FForm.actSetGridBackgroundBlack(); });
-  connect(FActWhiteBackground, &QAction::triggered, this, [this] { FForm.actSetGridBackgroundWhite(); });
+  connect(FActBlackBackground, &QAction::triggered, this, [this] {
+    FForm.actSetGridBackgroundBlack();
+    paintCorner();
+  });
+  connect(FActWhiteBackground, &QAction::triggered, this, [this] {
+    FForm.actSetGridBackgroundWhite();
+    paintCorner();
+  });
+}
+
+void TMainWindow::paintCorner() {
+  // The square where the rulers meet has the rulers' background.
+  const TAlphaColor c = rulerStripBackground(FForm.FIsBlackBackgroundMode, FForm.FViewOptions.FWhiteBGColor);
+  FCorner->setPalette(QPalette(QColor::fromRgba(c)));
 }
 
 void TMainWindow::buildStatusLine() {

@@ -32,12 +32,14 @@ class TMainWindow : public QMainWindow {
   TCanvasWidget* FCanvas = nullptr;
   TRulerWidget* FRulerX = nullptr;
   TRulerWidget* FRulerY = nullptr;
+  QWidget* FCorner = nullptr;
   QLabel* FStatus = nullptr;
   bool FShownOnce = false;
 
   void buildCanvasArea();
   void buildViewMenu();
   void buildStatusLine();
+  void paintCorner();
   // A menu text in the program's language.
   QString phrase(const TPhraseKey& key) const;
 };

@@ -5,7 +5,9 @@
 #include <QGuiApplication>
 #include <QImage>
 #include <QPainter>
+#include <algorithm>
 #include <cmath>
+#include <vector>
 #include <memory>
 
 #include "app/frm_pelw.h"
@@ -66,13 +68,8 @@ void buildScene(TfrmPelw& form, int shapes, int holes) {
   }
 }
 
-void BM_RepaintFitZoom(benchmark::State& state) {
-  app();
-  TfrmPelw form;
-  form.FormCreate({});
-  buildScene(form, 5000, 20000);
-  form.pboxResize(1920, 1080);
-  form.actResetView();
+// One paint after another of the same view, as while the pointer moves.
+void repaintLoop(benchmark::State& state, TfrmPelw& form) {
   QImage image(1920, 1080, QImage::Format_ARGB32_Premultiplied);
   for (auto _ : state) {
     QPainter p(&image);
@@ -81,6 +78,70 @@ void BM_RepaintFitZoom(benchmark::State& state) {
   }
   state.counters["px_per_mm"] = form.FScale.x;
 }
-BENCHMARK(BM_RepaintFitZoom)->Unit(benchmark::kMillisecond)->Repetitions(5)->ReportAggregatesOnly(true);
+
+double fastest(const std::vector<double>& v) { return *std::min_element(v.begin(), v.end()); }
+
+void BM_RepaintFitZoom(benchmark::State& state) {
+  app();
+  TfrmPelw form;
+  form.FormCreate({});
+  buildScene(form, 5000, 20000);
+  form.pboxResize(1920, 1080);
+  form.actResetView();
+  repaintLoop(state, form);
+}
+BENCHMARK(BM_RepaintFitZoom)
+    ->Unit(benchmark::kMillisecond)
+    ->Repetitions(5)
+    ->ComputeStatistics("min", fastest)
+    ->ReportAggregatesOnly(true);
+
+// The same view with parts of the scene: 0 nothing (background, grid and
+// scale bar), 1 the 5,000 shapes alone, 2 the 20,000 holes alone, 3 both
+// with the simulated thread on.
+void BM_RepaintFitZoomParts(benchmark::State& state) {
+  app();
+  TfrmPelw form;
+  form.FormCreate({});
+  const int part = static_cast<int>(state.range(0));
+  buildScene(form, part == 0 || part == 2 ? 0 : 5000, part == 0 || part == 1 ? 0 : 20000);
+  // Fit the full scene whatever is left of it, so each part is seen alike.
+  form.pboxResize(1920, 1080);
+  form.FScale = TPointF(1.1f, 1.1f);
+  form.FOffset = TPointF(-5, -5);
+  if (part == 3) {
+    TPW_Path* last = nullptr;
+    for (const auto& s : *form.PathList) {
+      if (!s->isType(ShapeType::Hole)) continue;
+      if (last && std::abs(last->FCenter.y - s->FCenter.y) < 1e-3) last->FNextStitchID = s->FID;
+      last = s.get();
+    }
+    form.FViewOptions.FShowStitchPattern = true;
+  }
+  repaintLoop(state, form);
+}
+BENCHMARK(BM_RepaintFitZoomParts)
+    ->DenseRange(0, 3)
+    ->Unit(benchmark::kMillisecond)
+    ->Repetitions(5)
+    ->ComputeStatistics("min", fastest)
+    ->ReportAggregatesOnly(true);
+
+// Zoomed in to 20 px/mm on one piece: nearly every shape is off the canvas.
+void BM_RepaintZoomedIn(benchmark::State& state) {
+  app();
+  TfrmPelw form;
+  form.FormCreate({});
+  buildScene(form, 5000, 20000);
+  form.pboxResize(1920, 1080);
+  form.FScale = TPointF(20, 20);
+  form.FOffset = TPointF(-20 * 600, -20 * 400);
+  repaintLoop(state, form);
+}
+BENCHMARK(BM_RepaintZoomedIn)
+    ->Unit(benchmark::kMillisecond)
+    ->Repetitions(5)
+    ->ComputeStatistics("min", fastest)
+    ->ReportAggregatesOnly(true);
 
 }  // namespace

@@ -6,6 +6,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "document/path_data.h"
 #include "document/types.h"
@@ -43,6 +44,15 @@ class ICanvas {
   virtual void drawLine(const TPointF& a, const TPointF& b, float opacity) = 0;
   virtual void drawEllipse(const TRectF& r, float opacity) = 0;
   virtual void fillEllipse(const TRectF& r, float opacity) = 0;
+  // Circles of one radius at each centre, filled in the fill colour: the
+  // dots of many holes at once. The same picture as a fillEllipse for each,
+  // in order; a canvas may draw them faster.
+  virtual void fillCircles(const std::vector<TPointF>& centres, float radius, float opacity) {
+    for (const TPointF& c : centres) fillEllipse(circleBox(c, radius), opacity);
+  }
+  static TRectF circleBox(const TPointF& c, float radius) {
+    return TRectF(c.x - radius, c.y - radius, c.x + radius, c.y + radius);
+  }
   virtual void drawRect(const TRectF& r, float opacity) = 0;
   virtual void fillRect(const TRectF& r, float opacity) = 0;
   virtual void drawPath(const TPathData& path, float opacity) = 0;

@@ -276,3 +276,46 @@ TEST_F(ScenePaint, HolesSmallerThanTheirDotShowTheDotAlone) {
 }
 
 }  // namespace
+
+namespace {
+
+// Records each batch of dots as one operation.
+class TBatchCountingCanvas : public TRecordingCanvas {
+ public:
+  using TRecordingCanvas::TRecordingCanvas;
+  std::vector<size_t> FBatches;
+  void fillCircles(const std::vector<TPointF>& centres, float radius, float opacity) override {
+    FBatches.push_back(centres.size());
+    TRecordingCanvas::fillCircles(centres, radius, opacity);
+  }
+};
+
+TEST_F(ScenePaint, HoleDotsGoTogetherWhenNothingComesBetween) {
+  for (int i = 0; i < 30; ++i) hole(TPointF(10.0f + 3 * i, 50));
+  line(TPointF(10, 10), TPointF(90, 10));
+  TBatchCountingCanvas batch(800, 600);
+  form.FScale = TPointF(1, 1);  // dots alone
+  form.pboxPaint(&batch);
+  EXPECT_EQ(batch.FBatches, std::vector<size_t>{30});
+  // Close up each outline comes between two dots: still each dot right
+  // after its own hole's outline.
+  form.FScale = TPointF(8, 8);
+  batch.FOps.clear();
+  batch.FBatches.clear();
+  form.pboxPaint(&batch);
+  EXPECT_EQ(batch.FBatches, std::vector<size_t>(30, 1));
+  std::string order;
+  for (const auto& op : batch.FOps)
+    if (op.op == "drawPath" || op.op == "fillEllipse") order += op.op == "drawPath" ? "P" : "o";
+  EXPECT_EQ(order.substr(0, 7), "PPoPoPo");  // the line, then each hole and its dot
+  // A selected hole's handle is drawn over its own dot, not under a later one.
+  form.PathList->findByID(1)->FSelected = true;
+  batch.FOps.clear();
+  form.pboxPaint(&batch);
+  std::string withHandle;
+  for (const auto& op : batch.FOps)
+    if (op.op == "fillEllipse" || op.op == "drawRect") withHandle += op.op == "drawRect" ? "#" : "o";
+  EXPECT_EQ(withHandle.substr(0, 3), "o#o");
+}
+
+}  // namespace

@@ -33,6 +33,7 @@ class TQtCanvas : public ICanvas {
   void drawLine(const TPointF& a, const TPointF& b, float opacity) override;
   void drawEllipse(const TRectF& r, float opacity) override;
   void fillEllipse(const TRectF& r, float opacity) override;
+  void fillCircles(const std::vector<TPointF>& centres, float radius, float opacity) override;
   void drawRect(const TRectF& r, float opacity) override;
   void fillRect(const TRectF& r, float opacity) override;
   void drawPath(const TPathData& path, float opacity) override;
@@ -62,6 +63,7 @@ class TQtCanvas : public ICanvas {
   TMatrix FMatrix;
   void stroke();
   void fill();
+  bool smallDisc(const QRectF& box, float opacity, QPointF& at, const QImage*& image) const;
 };
 
 // A bitmap in memory; its canvas paints into it between beginScene and endScene.

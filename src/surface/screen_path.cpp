@@ -1,0 +1,69 @@
+#include "surface/screen_path.h"
+
+
+namespace {
+
+struct TXY {
+  double x, y;
+};
+
+// Distance from p to the segment a-b, squared.
+double segmentDistance2(const TXY& p, const TXY& a, const TXY& b) {
+  const double dx = b.x - a.x, dy = b.y - a.y;
+  const double len2 = dx * dx + dy * dy;
+  double t = len2 > 0 ? ((p.x - a.x) * dx + (p.y - a.y) * dy) / len2 : 0;
+  t = t < 0 ? 0 : t > 1 ? 1 : t;
+  const double ex = a.x + t * dx - p.x, ey = a.y + t * dy - p.y;
+  return ex * ex + ey * ey;
+}
+
+}  // namespace
+
+void toScreenPath(const TPathData& real, const TPointF& scale, const TPointF& offset, TPathData& out) {
+  const auto& in = real.points();
+  auto& dst = out.mutablePoints();
+  dst.clear();
+  dst.reserve(in.size());
+  const double sx = scale.x, sy = scale.y, ox = offset.x, oy = offset.y;
+  auto screen = [&](const TPointF& p) { return TXY{p.x * sx + ox, p.y * sy + oy}; };
+  auto emit = [&](TPathPointKind kind, const TXY& p) {
+    dst.push_back(TPathPoint{kind, TPointF(static_cast<float>(p.x), static_cast<float>(p.y))});
+  };
+  constexpr double tol2 = kScreenPathTolerance * kScreenPathTolerance;
+  constexpr double step2 = kScreenPathMinStep * kScreenPathMinStep;
+
+  bool haveAnchor = false;  // the last point kept, from which lines run
+  TXY anchor{0, 0};
+  for (size_t i = 0; i < in.size(); ++i) {
+    const TPathPointKind kind = in[i].Kind;
+    const TXY p = screen(in[i].Point);
+    if (kind == TPathPointKind::LineTo && haveAnchor && i + 1 < in.size() &&
+        in[i + 1].Kind == TPathPointKind::LineTo) {
+      const double dx = p.x - anchor.x, dy = p.y - anchor.y;
+      if (dx * dx + dy * dy < step2 && segmentDistance2(p, anchor, screen(in[i + 1].Point)) < tol2) continue;
+    }
+    emit(kind, p);
+    switch (kind) {
+      case TPathPointKind::MoveTo:
+      case TPathPointKind::LineTo:
+        anchor = p;
+        haveAnchor = true;
+        break;
+      case TPathPointKind::CurveTo:
+        // Control points stand for the curve; the pen stands on the third.
+        if (i + 2 < in.size()) {
+          emit(in[i + 1].Kind, screen(in[i + 1].Point));
+          anchor = screen(in[i + 2].Point);
+          emit(in[i + 2].Kind, anchor);
+          i += 2;
+          haveAnchor = true;
+        } else {
+          haveAnchor = false;
+        }
+        break;
+      case TPathPointKind::Close:
+        haveAnchor = false;
+        break;
+    }
+  }
+}

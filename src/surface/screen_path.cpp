@@ -34,13 +34,18 @@ void toScreenPath(const TPathData& real, const TPointF& scale, const TPointF& of
 
   bool haveAnchor = false;  // the last point kept, from which lines run
   TXY anchor{0, 0};
+  TXY p = in.empty() ? TXY{0, 0} : screen(in[0].Point);
   for (size_t i = 0; i < in.size(); ++i) {
     const TPathPointKind kind = in[i].Kind;
-    const TXY p = screen(in[i].Point);
-    if (kind == TPathPointKind::LineTo && haveAnchor && i + 1 < in.size() &&
-        in[i + 1].Kind == TPathPointKind::LineTo) {
+    // Each point is moved to pixels once: the look ahead is kept for the next round.
+    const bool ahead = i + 1 < in.size();
+    const TXY next = ahead ? screen(in[i + 1].Point) : TXY{0, 0};
+    if (kind == TPathPointKind::LineTo && haveAnchor && ahead && in[i + 1].Kind == TPathPointKind::LineTo) {
       const double dx = p.x - anchor.x, dy = p.y - anchor.y;
-      if (dx * dx + dy * dy < step2 && segmentDistance2(p, anchor, screen(in[i + 1].Point)) < tol2) continue;
+      if (dx * dx + dy * dy < step2 && segmentDistance2(p, anchor, next) < tol2) {
+        p = next;
+        continue;
+      }
     }
     emit(kind, p);
     switch (kind) {
@@ -52,18 +57,20 @@ void toScreenPath(const TPathData& real, const TPointF& scale, const TPointF& of
       case TPathPointKind::CurveTo:
         // Control points stand for the curve; the pen stands on the third.
         if (i + 2 < in.size()) {
-          emit(in[i + 1].Kind, screen(in[i + 1].Point));
+          emit(in[i + 1].Kind, next);
           anchor = screen(in[i + 2].Point);
           emit(in[i + 2].Kind, anchor);
           i += 2;
           haveAnchor = true;
-        } else {
-          haveAnchor = false;
+          p = i + 1 < in.size() ? screen(in[i + 1].Point) : TXY{0, 0};
+          continue;
         }
+        haveAnchor = false;
         break;
       case TPathPointKind::Close:
         haveAnchor = false;
         break;
     }
+    p = next;
   }
 }

@@ -8,6 +8,7 @@
 #include <QImage>
 #include <QLabel>
 #include <QWheelEvent>
+#include <cmath>
 
 #include "app/frm_pelw.h"
 #include "app/sample_card_holder.h"
@@ -109,17 +110,44 @@ TEST_F(MainWindowView, ViewMenuSwitchesBackgroundAndGrid) {
 }
 
 TEST_F(MainWindowView, TwentyPixelsAMillimetre) {
-  window->FActShowStitchSimulator->trigger();
-  EXPECT_TRUE(form.FViewOptions.FShowStitchPattern);
   form.FScale = TPointF(20, 20);
   form.FOffset = TPointF(-1400, -1000);  // the lower right corner of the body
   form.refreshStatus();
   form.RepaintCanvas();
+  keep("card_holder_holes_20px.png");  // the slits themselves, no thread
+  window->FActShowStitchSimulator->trigger();
+  EXPECT_TRUE(form.FViewOptions.FShowStitchPattern);
   keep("card_holder_black_20px.png");
   window->FActWhiteBackground->trigger();
   keep("card_holder_white_20px.png");
   const QImage img = grabCanvas();
   EXPECT_FALSE(img.isNull());
+}
+
+TEST_F(MainWindowView, RulersGridAndDrawingStandInStep) {
+  form.FScale = TPointF(20, 20);
+  form.FOffset = TPointF(-1400, -1000);
+  form.RepaintCanvas();
+  QApplication::processEvents();
+  auto* rulerX = window->findChild<QWidget*>("pbRulerX");
+  auto* rulerY = window->findChild<QWidget*>("pbRulerY");
+  ASSERT_TRUE(rulerX && rulerY);
+  TCanvasWidget* canvas = window->canvas();
+  // The rulers start where the canvas starts.
+  EXPECT_EQ(rulerX->mapTo(window.get(), QPoint(0, 0)).x(), canvas->mapTo(window.get(), QPoint(0, 0)).x());
+  EXPECT_EQ(rulerY->mapTo(window.get(), QPoint(0, 0)).y(), canvas->mapTo(window.get(), QPoint(0, 0)).y());
+  // The heavy tick of 100 mm stands over the body's right edge, and that of
+  // 70 mm beside its bottom edge.
+  const TPointF corner = form.RealToScreen(TPointF(100, 70));
+  const int x = static_cast<int>(std::floor(corner.x)), y = static_cast<int>(std::floor(corner.y));
+  const QImage rx = rulerX->grab().toImage(), ry = rulerY->grab().toImage(), c = grabCanvas();
+  auto orange = [](const QColor& k) { return k.red() > 200 && k.green() > 100 && k.green() < 200 && k.blue() < 80; };
+  auto cyan = [](const QColor& k) { return k.red() < 80 && k.green() > 150 && k.blue() > 150; };
+  EXPECT_TRUE(orange(rx.pixelColor(x, rx.height() - 2)));
+  EXPECT_FALSE(orange(rx.pixelColor(x + 4, rx.height() - 2)));
+  EXPECT_TRUE(orange(ry.pixelColor(ry.width() - 2, y)));
+  EXPECT_TRUE(cyan(c.pixelColor(x, static_cast<int>(form.RealToScreen(TPointF(100, 55)).y))));
+  EXPECT_TRUE(cyan(c.pixelColor(static_cast<int>(form.RealToScreen(TPointF(80, 70)).x), y)));
 }
 
 }  // namespace

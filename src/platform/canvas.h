@@ -16,6 +16,14 @@ enum class TTextAlign { Leading, Center, Trailing };
 
 class ICanvasBitmap;
 
+// A line with its own stroke, for drawing many at once.
+struct TStrokedLine {
+  TPointF a, b;
+  TAlphaColor color = 0xFF000000;
+  TStrokeDash dash = TStrokeDash::Solid;
+  float thickness = 1;
+};
+
 class ICanvas {
  public:
   virtual ~ICanvas() = default;
@@ -42,6 +50,16 @@ class ICanvas {
   virtual void setFontSize(float points) = 0;
 
   virtual void drawLine(const TPointF& a, const TPointF& b, float opacity) = 0;
+  // Each line in its own stroke (solid brush), in order, all at one
+  // opacity: the grid's hundreds of lines. The same picture as setStroke
+  // and drawLine for each; a canvas may draw them faster. The stroke is
+  // left undefined afterwards.
+  virtual void drawStrokedLines(const std::vector<TStrokedLine>& lines, float opacity) {
+    for (const TStrokedLine& l : lines) {
+      setStroke(l.color, TBrushKind::Solid, l.dash, l.thickness);
+      drawLine(l.a, l.b, opacity);
+    }
+  }
   virtual void drawEllipse(const TRectF& r, float opacity) = 0;
   virtual void fillEllipse(const TRectF& r, float opacity) = 0;
   // Circles of one radius at each centre, filled in the fill colour: the

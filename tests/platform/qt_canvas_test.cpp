@@ -91,3 +91,67 @@ TEST(QtCanvasDots, TheFillColourChangesTheDots) {
 }
 
 }  // namespace
+
+namespace {
+
+// Grid-like lines: long verticals at odd sub-pixel places in the three grid
+// styles, short ones, and horizontals.
+std::vector<TStrokedLine> gridLikeLines(float w, float h) {
+  std::vector<TStrokedLine> lines;
+  for (int i = 0; i < 40; ++i) {
+    TStrokedLine l;
+    const float x = 3.37f + i * 10.9f;
+    l.a = TPointF(x, 0);
+    l.b = TPointF(x, h);
+    l.color = 0xFFFFFFFF;
+    l.dash = i % 10 == 5 || i % 10 == 0 ? TStrokeDash::Solid : TStrokeDash::Dash;
+    l.thickness = i % 10 == 0 ? 1.0f : i % 10 == 5 ? 0.75f : 0.5f;
+    lines.push_back(l);
+  }
+  lines.push_back({TPointF(20.5f, 30), TPointF(20.5f, 60), 0xFF00FF00, TStrokeDash::Solid, 2});  // short
+  for (int i = 0; i < 25; ++i)
+    lines.push_back({TPointF(0, 2.71f + i * 10.9f), TPointF(w, 2.71f + i * 10.9f), 0xFFFFFFFF,
+                     i % 5 ? TStrokeDash::Dash : TStrokeDash::Solid, 0.5f});
+  return lines;
+}
+
+// The lines drawn by the canvas's own way and by one drawLine each, on a
+// bitmap of `scale` device pixels a pixel over `background`.
+void drawBothWays(double scale, QRgb background, QImage& together, QImage& oneByOne) {
+  const int w = 430, h = 270;
+  const auto lines = gridLikeLines(w, h);
+  for (int way = 0; way < 2; ++way) {
+    TQtBitmap bitmap(w, h, scale);
+    ICanvas& c = bitmap.canvas();
+    ASSERT_TRUE(c.beginScene());
+    c.clear(background);
+    if (way == 0) {
+      c.drawStrokedLines(lines, 0.4f);
+    } else {
+      for (const TStrokedLine& l : lines) {
+        c.setStroke(l.color, TBrushKind::Solid, l.dash, l.thickness);
+        c.drawLine(l.a, l.b, 0.4f);
+      }
+    }
+    c.endScene();
+    (way == 0 ? together : oneByOne) = bitmap.image();
+  }
+}
+
+TEST(QtCanvasGridLines, ManyLinesAtOnceArePixelForPixelTheLinesOneByOne) {
+  for (double scale : {1.0, 2.0}) {
+    for (QRgb background : {qRgba(0, 0, 0, 0), qRgba(0, 0, 0, 255), qRgba(248, 248, 248, 255)}) {
+      QImage together, oneByOne;
+      drawBothWays(scale, background, together, oneByOne);
+      ASSERT_EQ(together.size(), oneByOne.size());
+      int differing = 0;
+      for (int y = 0; y < together.height(); ++y)
+        for (int x = 0; x < together.width(); ++x) differing += together.pixel(x, y) != oneByOne.pixel(x, y);
+      EXPECT_EQ(differing, 0) << "scale " << scale << " background " << std::hex << background;
+      // And something was drawn.
+      EXPECT_NE(together.pixel(static_cast<int>(3.37 * scale), 100), background);
+    }
+  }
+}
+
+}  // namespace

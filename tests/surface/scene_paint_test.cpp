@@ -220,15 +220,26 @@ TEST_F(ScenePaint, GridCacheIsReusedWhileTheViewMovesAndRedrawnAfterItSettles) {
   static_cast<TManualTimer*>(form.FGridSettleTimer.get())->fire();
   EXPECT_FALSE(form.FGridSettleTimer->isActive());
   EXPECT_EQ(repaints, 1);
+  EXPECT_EQ(grid.FScenes, 1);  // not drawn again while moving
   form.pboxPaint(&canvas);
-  EXPECT_NE(form.FGridCache.get(), first);  // drawn again, sharp
+  // Drawn again, sharp, at the new scale, into the same bitmap.
+  EXPECT_EQ(form.FGridCache.get(), first);
+  EXPECT_EQ(grid.FScenes, 2);
+  EXPECT_TRUE(form.FGridCacheScale.identical(TPointF(3, 3)));
+  EXPECT_EQ(canvas.ops("bitmap").back()->rect, TRectF(-300, -300, 1100, 900));
 
   // A change of background changes the key: drawn again at once.
-  const ICanvasBitmap* second = form.FGridCache.get();
   form.actSetGridBackgroundWhite();
   form.pboxPaint(&canvas);
-  EXPECT_NE(form.FGridCache.get(), second);
+  EXPECT_EQ(grid.FScenes, 3);
+  EXPECT_EQ(grid.FOps.back().color, 0xFF000000u);  // black lines on white
   EXPECT_EQ(form.FGridCacheKey.back(), '0');
+  // A canvas of another size needs a bitmap of another size.
+  TRecordingCanvas wider(1000, 600);
+  form.pboxResize(1000, 600);
+  form.pboxPaint(&wider);
+  EXPECT_NE(form.FGridCache.get(), first);
+  EXPECT_EQ(form.FGridCache->width(), 1600);
 }
 
 TEST_F(ScenePaint, AFailingShapeIsLoggedOnceAndTheRestIsDrawn) {
@@ -316,6 +327,23 @@ TEST_F(ScenePaint, HoleDotsGoTogetherWhenNothingComesBetween) {
   for (const auto& op : batch.FOps)
     if (op.op == "fillEllipse" || op.op == "drawRect") withHandle += op.op == "drawRect" ? "#" : "o";
   EXPECT_EQ(withHandle.substr(0, 3), "o#o");
+}
+
+}  // namespace
+
+namespace {
+
+TEST_F(ScenePaint, AStillViewCopiesTheGridBitmapToWholePixels) {
+  form.FShowGrid = true;
+  form.FScale = TPointF(1.1f, 1.1f);
+  form.FOffset = TPointF(-5.3f, 7.7f);
+  form.pboxPaint(&canvas);
+  canvas.FOps.clear();
+  form.pboxPaint(&canvas);  // from the cache, nothing moved
+  const TCanvasOp& blit = *canvas.ops("bitmap").at(0);
+  EXPECT_EQ(blit.rect, TRectF(-300, -300, 1100, 900));
+  EXPECT_EQ(blit.source, TRectF(0, 0, 1400, 1200));
+  EXPECT_FALSE(form.FGridSettleTimer && form.FGridSettleTimer->isActive());
 }
 
 }  // namespace

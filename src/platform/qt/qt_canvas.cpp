@@ -144,6 +144,77 @@ void TQtCanvas::drawLine(const TPointF& a, const TPointF& b, float opacity) {
   FPainter->drawLine(QPointF(a.x, a.y), QPointF(b.x, b.y));
 }
 
+namespace {
+
+// Qt hands the blending of a stroke that covers more scan lines than this to
+// its thread pool, in small parts; for a long vertical line the waiting on
+// those threads costs several times the drawing.
+constexpr double kThreadedSpanRows = 96;
+
+bool longVertical(const TStrokedLine& l) {
+  return l.a.x == l.b.x && std::abs(double(l.b.y) - l.a.y) >= kThreadedSpanRows;
+}
+
+}  // namespace
+
+void TQtCanvas::drawStrokedLines(const std::vector<TStrokedLine>& lines, float opacity) {
+  const bool plain = FPainter->transform().isIdentity();
+  for (size_t i = 0; i < lines.size();) {
+    size_t j = i;
+    while (plain && j < lines.size() && longVertical(lines[j])) ++j;
+    if (j - i >= 2) {
+      drawVerticalRun(&lines[i], &lines[j - 1] + 1, opacity);
+      i = j;
+      continue;
+    }
+    const TStrokedLine& l = lines[i++];
+    setStroke(l.color, TBrushKind::Solid, l.dash, l.thickness);
+    drawLine(l.a, l.b, opacity);
+  }
+}
+
+// The lines are drawn as horizontal ones into a scratch image whose rows are
+// the canvas's columns, where Qt blends each in one go, and the scratch
+// image is laid over the canvas turned back, pixel for pixel: the same
+// picture as drawing them one by one, in a fraction of the time.
+void TQtCanvas::drawVerticalRun(const TStrokedLine* first, const TStrokedLine* last, float opacity) {
+  double left = 1e300, right = -1e300, top = 1e300, bottom = -1e300;
+  for (const TStrokedLine* l = first; l != last; ++l) {
+    const double reach = std::max(1.0, double(l->thickness)) + 2;
+    left = std::min(left, l->a.x - reach);
+    right = std::max(right, l->a.x + reach);
+    top = std::min({top, double(l->a.y) - reach, double(l->b.y) - reach});
+    bottom = std::max({bottom, double(l->a.y) + reach, double(l->b.y) + reach});
+  }
+  // Whole logical pixels, so that the turn moves no line off its sub-pixel place.
+  const int x0 = static_cast<int>(std::floor(std::max(left, 0.0)));
+  const int x1 = static_cast<int>(std::ceil(std::min(right, double(FW))));
+  const int y0 = static_cast<int>(std::floor(std::max(top, 0.0)));
+  const int y1 = static_cast<int>(std::ceil(std::min(bottom, double(FH))));
+  if (x1 <= x0 || y1 <= y0) return;
+  const double dpr = FScale > 0 ? FScale : 1.0;
+  const QSize size(static_cast<int>(std::lround((y1 - y0) * dpr)), static_cast<int>(std::lround((x1 - x0) * dpr)));
+  if (FAcross.size() != size) FAcross = QImage(size, QImage::Format_ARGB32_Premultiplied);
+  FAcross.setDevicePixelRatio(dpr);
+  FAcross.fill(Qt::transparent);
+  {
+    QPainter across(&FAcross);
+    across.setRenderHint(QPainter::Antialiasing, true);
+    across.setOpacity(opacity);
+    for (const TStrokedLine* l = first; l != last; ++l) {
+      setStroke(l->color, TBrushKind::Solid, l->dash, l->thickness);
+      across.setPen(FPen);
+      across.drawLine(QPointF(double(l->a.y) - y0, double(l->a.x) - x0), QPointF(double(l->b.y) - y0, double(l->b.x) - x0));
+    }
+  }
+  FPainter->save();
+  FPainter->setOpacity(1.0);
+  FPainter->setRenderHint(QPainter::SmoothPixmapTransform, false);
+  FPainter->setTransform(QTransform(0, 1, 1, 0, x0, y0));
+  FPainter->drawImage(QPointF(0, 0), FAcross);
+  FPainter->restore();
+}
+
 void TQtCanvas::drawEllipse(const TRectF& r, float opacity) {
   stroke();
   FPainter->setOpacity(opacity);
@@ -366,6 +437,8 @@ TQtBitmap::TQtBitmap(int w, int h, double scale)
   FImage.setDevicePixelRatio(scale);
   FImage.fill(Qt::transparent);
 }
+
+TQtBitmap::~TQtBitmap() = default;
 
 ICanvas& TQtBitmap::canvas() {
   if (!FCanvas) FCanvas = std::make_unique<TImageCanvas>(FImage);

@@ -12,6 +12,8 @@
 #include "document/types.h"
 
 enum class TBrushKind { None, Solid, Bitmap };
+// The ends of a stroke: round unless asked otherwise.
+enum class TStrokeCap { Round, Square };
 enum class TTextAlign { Leading, Center, Trailing };
 
 class ICanvasBitmap;
@@ -44,6 +46,10 @@ class ICanvas {
   virtual void setStrokeColor(TAlphaColor color) = 0;
   virtual void setStrokeDash(TStrokeDash dash) = 0;
   virtual void setStrokeThickness(float thickness) = 0;
+  // Square ends draw much faster than round ones on short thick strokes
+  // and look the same when they are only a few pixels wide. Stays until
+  // changed again.
+  virtual void setStrokeCap(TStrokeCap cap) { (void)cap; }
   virtual void setFill(TAlphaColor color, TBrushKind kind) = 0;
   // A bitmap brush (kind Bitmap); the bitmap is borrowed until the next setFill.
   virtual void setFillBitmap(const ICanvasBitmap* bitmap) = 0;

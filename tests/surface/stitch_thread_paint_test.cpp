@@ -81,6 +81,17 @@ TEST_F(ThreadPaint, EachStitchFromOneHolesExitToTheNextOnesEntryOverADarkEdge) {
   EXPECT_LT(lines[2]->b.x - lines[2]->a.x, 4 * 20);
   // Thin threads far out are still a pixel wide.
   EXPECT_DOUBLE_EQ(threadWidthPixels(3.0f, 1.0), 1.0);
+  // Close up the stitches have round ends; far out, where they are a few
+  // pixels wide, square ones; the scale bar after them is round again.
+  EXPECT_EQ(lines[0]->cap, TStrokeCap::Round);
+  form.FScale = TPointF(1.1f, 1.1f);
+  canvas.FOps.clear();
+  form.pboxPaint(&canvas);
+  const auto far = canvas.ops("line");
+  ASSERT_EQ(far.size(), 4u + 3u);
+  EXPECT_EQ(far[0]->cap, TStrokeCap::Square);
+  EXPECT_EQ(far[3]->cap, TStrokeCap::Square);
+  EXPECT_EQ(far[4]->cap, TStrokeCap::Round);
 }
 
 TEST_F(ThreadPaint, ThreadColoursOptionsAndTheTwoThreads) {

@@ -113,6 +113,11 @@ void TQtCanvas::setStrokeThickness(float thickness) {
   if (FPen.widthF() != w) FPen.setWidthF(w);
 }
 
+void TQtCanvas::setStrokeCap(TStrokeCap cap) {
+  const Qt::PenCapStyle style = cap == TStrokeCap::Square ? Qt::SquareCap : Qt::RoundCap;
+  if (FPen.capStyle() != style) FPen.setCapStyle(style);
+}
+
 void TQtCanvas::setFill(TAlphaColor color, TBrushKind kind) {
   if (kind == TBrushKind::None) {
     if (FBrush.style() != Qt::NoBrush) FBrush = QBrush(Qt::NoBrush);

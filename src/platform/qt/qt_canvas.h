@@ -27,6 +27,7 @@ class TQtCanvas : public ICanvas {
   void setStrokeColor(TAlphaColor color) override;
   void setStrokeDash(TStrokeDash dash) override;
   void setStrokeThickness(float thickness) override;
+  void setStrokeCap(TStrokeCap cap) override;
   void setFill(TAlphaColor color, TBrushKind kind) override;
   void setFillBitmap(const ICanvasBitmap* bitmap) override;
   void setFontSize(float points) override;

@@ -7,14 +7,14 @@ struct TXY {
   double x, y;
 };
 
-// Distance from p to the segment a-b, squared.
-double segmentDistance2(const TXY& p, const TXY& a, const TXY& b) {
-  const double dx = b.x - a.x, dy = b.y - a.y;
+// Whether p lies within `tol2` (squared) of the line through a and b; for a
+// and b in one place, of a. The cross product spares a division.
+bool nearLine(const TXY& p, const TXY& a, const TXY& b, double tol2) {
+  const double dx = b.x - a.x, dy = b.y - a.y, px = p.x - a.x, py = p.y - a.y;
   const double len2 = dx * dx + dy * dy;
-  double t = len2 > 0 ? ((p.x - a.x) * dx + (p.y - a.y) * dy) / len2 : 0;
-  t = t < 0 ? 0 : t > 1 ? 1 : t;
-  const double ex = a.x + t * dx - p.x, ey = a.y + t * dy - p.y;
-  return ex * ex + ey * ey;
+  if (len2 == 0) return px * px + py * py < tol2;
+  const double cross = dx * py - dy * px;
+  return cross * cross < tol2 * len2;
 }
 
 }  // namespace
@@ -42,7 +42,7 @@ void toScreenPath(const TPathData& real, const TPointF& scale, const TPointF& of
     const TXY next = ahead ? screen(in[i + 1].Point) : TXY{0, 0};
     if (kind == TPathPointKind::LineTo && haveAnchor && ahead && in[i + 1].Kind == TPathPointKind::LineTo) {
       const double dx = p.x - anchor.x, dy = p.y - anchor.y;
-      if (dx * dx + dy * dy < step2 && segmentDistance2(p, anchor, next) < tol2) {
+      if (dx * dx + dy * dy < step2 && nearLine(p, anchor, next, tol2)) {
         p = next;
         continue;
       }

@@ -9,8 +9,8 @@
 #include "document/types.h"
 
 // A line-to is left out when it lies closer than kScreenPathMinStep to the
-// last point kept and within kScreenPathTolerance of the line from that
-// point to the next one; in pixels. Moves, curves, closes and the last
+// last point kept and within kScreenPathTolerance of the straight line
+// through that point and the next one; in pixels. Moves, curves, closes and the last
 // point of each straight run are always kept.
 inline constexpr double kScreenPathMinStep = 1.0;
 inline constexpr double kScreenPathTolerance = 0.1;

@@ -1,11 +1,10 @@
-// The sample card holder: its rows of real holes, evenly spaced on the stitch
-// lines, chained in sewing order, and the simulated thread lying where the
-// holes are.
+// The sample card holder: rows of real holes, evenly spaced on the stitch
+// lines and chained in sewing order, with the simulated thread lying where
+// the slits are.
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <map>
-#include <vector>
 
 #include "app/sample_card_holder.h"
 #include "document/shape_list.h"
@@ -15,7 +14,7 @@
 
 namespace {
 
-// Whether p lies inside the closed outline (even-odd rule over its points).
+// Whether p lies inside the closed outline (even-odd rule).
 bool insideOutline(const TPathData& outline, const TPointF& p) {
   const auto& pts = outline.points();
   bool inside = false;
@@ -33,7 +32,7 @@ class CardHolderSample : public ::testing::Test {
   TPrickingIronGroups irons;
   TShapeList list{nullptr, "en"};
   TPrickingIron* iron = nullptr;
-  std::vector<const TPW_Path*> holes;
+  std::map<int, const TPW_Path*> holes;
 
   void SetUp() override {
     irons.append(buildSystemIronGroups("en"));
@@ -41,100 +40,75 @@ class CardHolderSample : public ::testing::Test {
     ASSERT_NE(iron, nullptr);
     buildCardHolderSample(list, iron);
     for (const auto& s : list)
-      if (s->isType(ShapeType::Hole)) holes.push_back(s.get());
+      if (s->isType(ShapeType::Hole)) holes[s->FID] = s.get();
   }
-
-  // The row that starts at `first`, in sewing order.
+  // The row from `first`, in sewing order.
   std::vector<const TPW_Path*> rowFrom(const TPW_Path* first) const {
     std::vector<const TPW_Path*> row{first};
-    for (const TPW_Path* h = list.findByID(first->FNextStitchID); h && h != first;
-         h = list.findByID(h->FNextStitchID))
-      row.push_back(h);
+    for (auto it = holes.find(first->FNextStitchID); it != holes.end() && it->second != first;
+         it = holes.find(it->second->FNextStitchID))
+      row.push_back(it->second);
     return row;
   }
 };
 
-TEST_F(CardHolderSample, TwoRowsOfTheSystemsDiamondIron) {
-  EXPECT_EQ(list.Count(), 33u + 80u + 45u);
+TEST_F(CardHolderSample, AClosedRowRoundTheBodyAndAnOpenOneRoundThePocket) {
+  EXPECT_EQ(list.Count(), 33u + 125u);
   ASSERT_EQ(holes.size(), 125u);
-  for (const TPW_Path* h : holes) {
-    EXPECT_EQ(h->FPrickingIron, iron);
-    EXPECT_EQ(h->FStitchType, "D");
-    EXPECT_EQ(h->FPalletIndex, 36);
-    EXPECT_FLOAT_EQ(h->FWidth, 0.8f);
-    EXPECT_FLOAT_EQ(h->FHeight, 2.2f);
-  }
-  // The body's row closes on itself; the pocket's is open at the top.
-  const auto body = rowFrom(holes[0]);
+  const auto body = rowFrom(holes.begin()->second);
   ASSERT_EQ(body.size(), 80u);
   EXPECT_EQ(body.back()->FNextStitchID, body.front()->FID);
   EXPECT_EQ(body.front()->FPrevStitchID, body.back()->FID);
-  const auto pocket = rowFrom(holes[80]);
+  const TPW_Path* pocketStart = nullptr;
+  for (const auto& [id, h] : holes)
+    if (h->FPrevStitchID < 0 && !pocketStart) pocketStart = h;
+  ASSERT_NE(pocketStart, nullptr);
+  const auto pocket = rowFrom(pocketStart);
   ASSERT_EQ(pocket.size(), 45u);
   EXPECT_EQ(pocket.front()->FPrevStitchID, -1);
   EXPECT_EQ(pocket.back()->FNextStitchID, -1);
-  EXPECT_TRUE(pocket.front()->FStartPt.identical(TPointF(3, 88)));
-  EXPECT_NEAR(pocket.back()->FStartPt.x, 97, 1e-4);
-  EXPECT_NEAR(pocket.back()->FStartPt.y, 88, 1e-4);
-}
-
-TEST_F(CardHolderSample, HolesAreEvenlySpacedOnTheStitchLinesAndTurnedWithThem) {
-  // On the straight parts the spacing is the stretched pitch exactly; round
-  // a corner it is the chord of that much arc.
-  const double bodyPitch = (2 * (94 - 10) + 2 * (64 - 10) + 10 * M_PI) / 80;
-  const double cornerChord = 2 * 5 * std::sin(bodyPitch / (2 * 5));
-  const auto body = rowFrom(holes[0]);
-  int straight = 0;
+  EXPECT_TRUE(pocket.front()->FCenter.identical(TPointF(3, 88)));  // 3 mm below the opening
+  EXPECT_NEAR(dist(pocket.back()->FCenter, TPointF(97, 88)), 0, 1e-4);
+  // Every hole of the iron, evenly spaced: the pitch stretched to close the
+  // row on the straights, its chord round the 5 mm corners.
+  const double pitch = (2 * (94 - 10) + 2 * (64 - 10) + 10 * M_PI) / 80;
+  EXPECT_EQ(body[7]->FPrickingIron, iron);
+  EXPECT_EQ(pocket[7]->FStitchType, "D");
   for (size_t i = 0; i < body.size(); ++i) {
     const double d = dist(body[i]->FCenter, body[(i + 1) % body.size()]->FCenter);
-    EXPECT_LE(d, bodyPitch + 1e-4);
-    EXPECT_GE(d, cornerChord - 1e-4);
-    if (std::abs(d - bodyPitch) < 1e-4) ++straight;
+    EXPECT_LE(d, pitch + 1e-4);
+    EXPECT_GE(d, 2 * 5 * std::sin(pitch / 10) - 1e-4);
   }
-  EXPECT_GT(straight, 64);
-  EXPECT_NEAR(bodyPitch, 3.8427, 1e-4);
-  // The first hole sits where the top left corner ends, the row heading
-  // right: the blade's length lies along the row, turned by the iron's
-  // angle (32 degrees) the other way.
+  // Sewn clockwise from the end of the top left corner: heading right, the
+  // blade turned to lie along the row; down the right side, no turn.
   EXPECT_TRUE(body[0]->FCenter.identical(TPointF(8, 3)));
   EXPECT_FLOAT_EQ(body[0]->FRotation, -90.0f);
-  // On the right side it heads down, on the bottom left, on the left side up.
-  for (const TPW_Path* h : body) {
-    if (h->FCenter.x == 97 && h->FCenter.y > 9 && h->FCenter.y < 61) EXPECT_NEAR(h->FRotation, 0, 1e-4);
-    if (h->FCenter.y == 67 && h->FCenter.x > 9 && h->FCenter.x < 91) EXPECT_NEAR(h->FRotation, 90, 1e-3);
-    if (h->FCenter.x == 3 && h->FCenter.y > 9 && h->FCenter.y < 61) EXPECT_NEAR(std::abs(h->FRotation), 180, 1e-3);
-  }
+  EXPECT_NEAR(body[30]->FRotation, 0, 1e-4);
+  EXPECT_FLOAT_EQ(body[30]->FCenter.x, 97);
 }
 
-TEST_F(CardHolderSample, TheThreadRunsForwardFromHoleToHoleInsideTheSlits) {
+TEST_F(CardHolderSample, TheThreadRunsForwardFromSlitToSlit) {
   TStitchSimulationOptions on;
   on.FShowStitchPattern = true;
   const TStitchSimulation sim = buildStitchSimulation(list, on);
-  // 80 stitches round the body, 44 along the pocket's three sides.
-  ASSERT_EQ(sim.FStitches.size(), 124u);
-  std::map<int, const TPW_Path*> byID;
-  for (const TPW_Path* h : holes) byID[h->FID] = h;
+  ASSERT_EQ(sim.FStitches.size(), 80u + 44u);
   for (const TThreadStitch& st : sim.FStitches) {
-    const TPW_Path* from = byID.at(st.FFromID);
-    const TPW_Path* to = byID.at(st.FToID);
-    EXPECT_EQ(from->FNextStitchID, to->FID);
-    // Each end lies in its hole's slit, never in the leather between.
+    const TPW_Path* from = holes.at(st.FFromID);
+    const TPW_Path* to = holes.at(st.FToID);
+    // Each end in its hole's slit, never in the leather between.
     EXPECT_TRUE(insideOutline(from->FData, st.FFrom)) << st.FFromID;
     EXPECT_TRUE(insideOutline(to->FData, st.FTo)) << st.FToID;
-    // The thread leaves at the front of one slit and goes in at the back of
-    // the next: it runs the way the row is sewn, shorter than the pitch.
+    // Out at the front of one slit, in at the back of the next: the way the
+    // row is sewn, shorter than the pitch.
     const double ax = double(to->FCenter.x) - from->FCenter.x, ay = double(to->FCenter.y) - from->FCenter.y;
     const double sx = double(st.FTo.x) - st.FFrom.x, sy = double(st.FTo.y) - st.FFrom.y;
     EXPECT_GT(ax * sx + ay * sy, 0);
     EXPECT_LT(std::hypot(sx, sy), std::hypot(ax, ay));
     EXPECT_GT(std::hypot(sx, sy), 0.5 * std::hypot(ax, ay));
   }
-}
-
-TEST(CardHolderSampleWithoutIron, StitchLinesButNoHoles) {
-  TShapeList list{nullptr, "en"};
-  buildCardHolderSample(list, nullptr);
-  EXPECT_EQ(list.Count(), 33u);
+  TShapeList bare{nullptr, "en"};
+  buildCardHolderSample(bare, nullptr);  // no iron: the stitch lines alone
+  EXPECT_EQ(bare.Count(), 33u);
 }
 
 }  // namespace

@@ -1,10 +1,9 @@
-// The view on the controller's own line palette, and the canvas texts in the
+// The view on the controller's own line palette, and the banners in the
 // program's language.
 #include <gtest/gtest.h>
 
 #include "app/frm_pelw.h"
 #include "platform/recording_canvas.h"
-#include "surface/view_phrases.h"
 #include "test_support.h"
 
 namespace {
@@ -19,61 +18,40 @@ class PalettePaint : public ::testing::Test {
     form.FormCreate({});
     form.pboxResize(800, 600);
     form.FScale = TPointF(10, 10);
-    form.FOffset = TPointF(0, 0);
     form.FShowGrid = false;
   }
-  TPW_Path* line(int row, float y) {
+  void add(int row, float y) {
     auto s = std::make_unique<TPW_Path>(row, 0xFF123456, 1.0f, TStrokeDash::Solid, form.PathList->getNextID());
     s->drawLinePath(TPointF(1, y), TPointF(30, y));
-    TPW_Path* raw = s.get();
     form.PathList->add(std::move(s), 0);
-    return raw;
   }
-  // The shapes' strokes, without the scale bar.
-  std::vector<const TCanvasOp*> paint() {
+  // The colours the shapes were stroked in.
+  std::vector<TAlphaColor> paint() {
     canvas.FOps.clear();
     form.pboxPaint(&canvas);
-    return canvas.ops("drawPath");
+    std::vector<TAlphaColor> out;
+    for (const TCanvasOp* op : canvas.ops("drawPath")) out.push_back(op->color);
+    return out;
   }
 };
 
-TEST_F(PalettePaint, ShapesTakeTheirRowsColourForTheBackground) {
-  line(0, 2);
-  line(3, 4);
-  line(77, 6);  // no such row: its own colour
-  auto p = paint();
-  ASSERT_EQ(p.size(), 3u);
-  EXPECT_EQ(p[0]->color, 0xFF00FFFFu);
-  EXPECT_EQ(p[1]->color, 0xFFFFFF00u);
-  EXPECT_EQ(p[1]->dash, TStrokeDash::Dash);
-  EXPECT_EQ(p[2]->color, 0xFF123456u);
-
+TEST_F(PalettePaint, EachShapeInItsRowsColourForTheBackground) {
+  add(0, 2);
+  add(3, 4);
+  add(77, 6);  // no such row: its own colour
+  EXPECT_EQ(paint(), (std::vector<TAlphaColor>{0xFF00FFFF, 0xFFFFFF00, 0xFF123456}));
+  EXPECT_EQ(canvas.ops("drawPath")[1]->dash, TStrokeDash::Dash);
   form.actSetGridBackgroundWhite();
   EXPECT_EQ(form.FPalletList[0].getColor(), 0xFF00008Bu);  // every row told
-  p = paint();
-  EXPECT_EQ(p[0]->color, 0xFF00008Bu);
-  EXPECT_EQ(p[1]->color, 0xFFBDB76Bu);
-  EXPECT_EQ(p[2]->color, 0xFF123456u);
-  // The scale bar is drawn in row 38: black on white.
-  EXPECT_EQ(canvas.ops("line").back()->color, 0xFF000000u);
-}
-
-TEST_F(PalettePaint, RowEditsShowAtTheNextPaintAndHiddenRowsHideTheirShapes) {
-  line(0, 2);
-  line(5, 4);
-  form.FPalletList[5].FColor_BlackMode = 0xFF445566;
-  auto p = paint();
-  ASSERT_EQ(p.size(), 2u);
-  EXPECT_EQ(p[1]->color, 0xFF445566u);
-  form.FPalletList[5].FIsVisible = false;
-  p = paint();
-  ASSERT_EQ(p.size(), 1u);
-  EXPECT_EQ(p[0]->color, 0xFF00FFFFu);
-  // Pointing the painter nowhere: each shape keeps its own colour.
-  form.FPaintPalette = nullptr;
-  p = paint();
-  ASSERT_EQ(p.size(), 2u);
-  EXPECT_EQ(p[0]->color, 0xFF123456u);
+  EXPECT_EQ(paint(), (std::vector<TAlphaColor>{0xFF00008B, 0xFFBDB76B, 0xFF123456}));
+  EXPECT_EQ(canvas.ops("line").back()->color, 0xFF000000u);  // the scale bar: row 38
+  // Edits show at the next paint; a hidden row hides its shapes.
+  form.FPalletList[3].FColor_WhiteMode = 0xFF445566;
+  EXPECT_EQ(paint()[1], 0xFF445566u);
+  form.FPalletList[3].FIsVisible = false;
+  EXPECT_EQ(paint().size(), 2u);
+  form.FPaintPalette = nullptr;  // no palette: every shape in its own colour
+  EXPECT_EQ(paint(), (std::vector<TAlphaColor>(3, 0xFF123456)));
 }
 
 TEST_F(PalettePaint, RowThirtySixIsTheStitchingHoleColour) {
@@ -86,46 +64,32 @@ TEST_F(PalettePaint, RowThirtySixIsTheStitchingHoleColour) {
   form.palletListChanged();
   EXPECT_EQ(form.FColor_StitchingHole, 0xFF8B4513u);
   EXPECT_EQ(repaints, 1);
-  // A hole's dot is filled in that colour.
   auto h = std::make_unique<TPW_Path>(36, 0xFFFFFFFF, 1.0f, TStrokeDash::Solid, form.PathList->getNextID());
   h->FShapeType = ShapeType::Hole;
   h->FStartPt = h->FCenter = TPointF(20, 20);
   h->FData.MoveTo(TPointF(20, 19));
   h->FData.LineTo(TPointF(20, 21));
   form.PathList->add(std::move(h), 0);
-  paint();
-  ASSERT_EQ(canvas.count("fillEllipse"), 1u);
-  EXPECT_EQ(canvas.ops("fillEllipse")[0]->color, 0xFF8B4513u);
+  EXPECT_EQ(paint(), std::vector<TAlphaColor>{0xFF8B4513});
   EXPECT_EQ(canvas.ops("drawPath")[0]->dash, TStrokeDash::Dot);  // the row's dash
+  EXPECT_EQ(canvas.ops("fillEllipse").at(0)->color, 0xFF8B4513u);  // and its dot
 }
 
 TEST_F(PalettePaint, BannersSpeakTheProgramsLanguage) {
   form.FIgnoreLayer = true;
   form.FSelectNextStitchingHoleMode = true;
+  auto banners = [this] {
+    paint();
+    const auto t = canvas.ops("text");
+    return std::make_pair(t.at(0)->text, t.at(1)->text);
+  };
   form.FLangID = "ja";
-  paint();
-  auto texts = canvas.ops("text");
-  ASSERT_GE(texts.size(), 2u);
-  EXPECT_EQ(texts[0]->text, "次の縫い穴をクリックしてください。(ESCキーで終了)");
-  EXPECT_EQ(texts[1]->text, "警告：レイヤー無視モード(Ctrl + Alt + i で解除)");
-  // A language without a phrase falls back to English, and with no table
-  // at all the English words stand.
-  form.FLangID = "de";
-  paint();
-  EXPECT_EQ(canvas.ops("text")[1]->text, "Warning: Layer ignore mode(Press Ctrl + Alt + i to cancel)");
-  form.FMultiLang.reset();
-  paint();
-  EXPECT_EQ(canvas.ops("text")[0]->text, "Please click the next stitching hole. (Press ESC key to exit)");
-}
-
-TEST(ViewPhrase, MissingKeysAndTablesFallBackToTheEnglishWords) {
-  TMultiLang lang;
-  lang.addTranslation("en", "IndependentLayer", "Independent Layer");
-  lang.addTranslation("ja", "IndependentLayer", "独立レイヤー");
-  EXPECT_EQ(viewPhrase(&lang, "ja", ViewPhrase::IndependentLayer), "独立レイヤー");
-  EXPECT_EQ(viewPhrase(&lang, "fr", ViewPhrase::IndependentLayer), "Independent Layer");
-  EXPECT_EQ(viewPhrase(&lang, "ja", {"noSuchKey", "Fallback"}), "Fallback");
-  EXPECT_EQ(viewPhrase(nullptr, "ja", ViewPhrase::ResetView), "Reset view");
+  EXPECT_EQ(banners(), std::make_pair(std::string("次の縫い穴をクリックしてください。(ESCキーで終了)"),
+                                      std::string("警告：レイヤー無視モード(Ctrl + Alt + i で解除)")));
+  form.FLangID = "de";  // no phrases of its own: English
+  EXPECT_EQ(banners().second, "Warning: Layer ignore mode(Press Ctrl + Alt + i to cancel)");
+  form.FMultiLang.reset();  // no table at all: the English words stand
+  EXPECT_EQ(banners().first, "Please click the next stitching hole. (Press ESC key to exit)");
 }
 
 }  // namespace

@@ -5,7 +5,6 @@
 #include "api/mcp_routes.h"
 #include "app/app_paths.h"
 #include "app/ini_file.h"
-#include "app/pallet_paint_palette.h"
 
 // Start-up and shut-down are in frm_pelw_startup.cpp; this file holds the
 // local API's side of the controller.

@@ -24,12 +24,12 @@
 #include "platform/timer.h"
 #include "stitching/iron_file.h"
 #include "stitching/iron_groups.h"
+#include "surface/pallet_paint_palette.h"
 #include "surface/view_state.h"
 
 class ICanvas;
 class INumberBox;
 class ICaptionLabel;
-class TPalletPaintPalette;
 
 // What the window does for the program's commands: caption, panels and
 // buttons that follow the document, and leaving. All optional; headless
@@ -197,7 +197,6 @@ class TfrmPelw : public TViewState {
   std::function<std::string(const std::vector<std::string>&)> FLaunchInstance;
 
   TPW_Options FOptions;
-  TPalletList FPalletList;
   TPrickingIronGroups FPrickingIronGroups;
   TIronStartup FIronStartup;
   // Drawing defaults, from the current palette row.
@@ -291,11 +290,21 @@ class TfrmPelw : public TViewState {
   // Start-up: loads a leftover autosave file (renamed "delete_anytime..."
   // first). True when one was found.
   bool recoverAutosave();
+  // ---- line palette (src/surface/frm_pelw_palette.cpp) ----
+  // The forty rows, factory values until the options overlay them. The
+  // painter reads the palette through FPaintPalette, which points at these
+  // rows unless a caller points it elsewhere (null: each shape keeps its
+  // own colour).
+  TPalletList FPalletList;
+  TPalletListPaintPalette FPalletPaint{FPalletList};
+  const IPaintPalette* FPaintPalette = &FPalletPaint;
+  // After the rows changed (options read, editor closed with OK or reset):
+  // the colours taken from them follow, and the canvas repaints.
+  void palletListChanged();
 
  private:
   TMainThreadCalls FMainCalls;
   THeadlessDialogs FHeadlessDialogs;
-  std::unique_ptr<TPalletPaintPalette> FPalletPaint;
   TSnapshotLinks FSnapshotLinks;
   IDialogs& dialogs() { return FDialogs ? *FDialogs : FHeadlessDialogs; }
   std::string phrase(const std::string& key) const;

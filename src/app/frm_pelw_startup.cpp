@@ -10,7 +10,6 @@
 #include "app/app_paths.h"
 #include "app/frm_pelw.h"
 #include "app/ini_file.h"
-#include "app/pallet_paint_palette.h"
 #include "app/safe_file.h"
 #include "document/number_text.h"
 
@@ -68,8 +67,7 @@ void TfrmPelw::FormCreate(const std::vector<std::string>& args) {
   // 9. Options, then the irons added to the table since the user's file.
   readOptionsFile();
   addNewSystemIronsOnce(FPrickingIronGroups, FIronStartup, FOptions.FNewPrickingIronsAdded, "en");
-  FPalletPaint = std::make_unique<TPalletPaintPalette>(FPalletList);
-  FPaintPalette = FPalletPaint.get();
+  palletListChanged();
   FSelectedPalette = std::max(0, FPalletList.selectedIndex());
   FCurrentColor = FPalletList[FSelectedPalette].getColor();
   FCurrentThickness = FPalletList[FSelectedPalette].FThickness;

@@ -6,14 +6,25 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "document/path_data.h"
 #include "document/types.h"
 
 enum class TBrushKind { None, Solid, Bitmap };
+// The ends of a stroke: round unless asked otherwise.
+enum class TStrokeCap { Round, Square };
 enum class TTextAlign { Leading, Center, Trailing };
 
 class ICanvasBitmap;
+
+// A line with its own stroke, for drawing many at once.
+struct TStrokedLine {
+  TPointF a, b;
+  TAlphaColor color = 0xFF000000;
+  TStrokeDash dash = TStrokeDash::Solid;
+  float thickness = 1;
+};
 
 class ICanvas {
  public:
@@ -35,14 +46,37 @@ class ICanvas {
   virtual void setStrokeColor(TAlphaColor color) = 0;
   virtual void setStrokeDash(TStrokeDash dash) = 0;
   virtual void setStrokeThickness(float thickness) = 0;
+  // Square ends draw much faster than round ones on short thick strokes
+  // and look the same when they are only a few pixels wide. Stays until
+  // changed again.
+  virtual void setStrokeCap(TStrokeCap cap) { (void)cap; }
   virtual void setFill(TAlphaColor color, TBrushKind kind) = 0;
   // A bitmap brush (kind Bitmap); the bitmap is borrowed until the next setFill.
   virtual void setFillBitmap(const ICanvasBitmap* bitmap) = 0;
   virtual void setFontSize(float points) = 0;
 
   virtual void drawLine(const TPointF& a, const TPointF& b, float opacity) = 0;
+  // Each line in its own stroke (solid brush), in order, all at one
+  // opacity: the grid's hundreds of lines. The same picture as setStroke
+  // and drawLine for each; a canvas may draw them faster. The stroke is
+  // left undefined afterwards.
+  virtual void drawStrokedLines(const std::vector<TStrokedLine>& lines, float opacity) {
+    for (const TStrokedLine& l : lines) {
+      setStroke(l.color, TBrushKind::Solid, l.dash, l.thickness);
+      drawLine(l.a, l.b, opacity);
+    }
+  }
   virtual void drawEllipse(const TRectF& r, float opacity) = 0;
   virtual void fillEllipse(const TRectF& r, float opacity) = 0;
+  // Circles of one radius at each centre, filled in the fill colour: the
+  // dots of many holes at once. The same picture as a fillEllipse for each,
+  // in order; a canvas may draw them faster.
+  virtual void fillCircles(const std::vector<TPointF>& centres, float radius, float opacity) {
+    for (const TPointF& c : centres) fillEllipse(circleBox(c, radius), opacity);
+  }
+  static TRectF circleBox(const TPointF& c, float radius) {
+    return TRectF(c.x - radius, c.y - radius, c.x + radius, c.y + radius);
+  }
   virtual void drawRect(const TRectF& r, float opacity) = 0;
   virtual void fillRect(const TRectF& r, float opacity) = 0;
   virtual void drawPath(const TPathData& path, float opacity) = 0;

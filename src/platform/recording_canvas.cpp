@@ -17,6 +17,7 @@ TCanvasOp& TRecordingCanvas::record(const char* op, bool fill, float opacity) {
   o.brush = fill ? FFillKind : FStrokeKind;
   o.dash = FDash;
   o.thickness = FThickness;
+  o.cap = FCap;
   o.fontSize = FFontSize;
   if (fill && FFillKind == TBrushKind::Bitmap) o.bitmap = FFillBitmap;
   FOps.push_back(std::move(o));

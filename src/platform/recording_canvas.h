@@ -22,6 +22,7 @@ struct TCanvasOp {
   TAlphaColor color = 0;  // the stroke colour for draw calls, the fill colour for fill calls
   TStrokeDash dash = TStrokeDash::Solid;
   float thickness = 1.0f;
+  TStrokeCap cap = TStrokeCap::Round;
   TBrushKind brush = TBrushKind::Solid;
   float fontSize = 0;
   bool fastStretch = false;
@@ -54,6 +55,7 @@ class TRecordingCanvas : public ICanvas {
   void setStrokeColor(TAlphaColor color) override { FStrokeColor = color; }
   void setStrokeDash(TStrokeDash dash) override { FDash = dash; }
   void setStrokeThickness(float thickness) override { FThickness = thickness; }
+  void setStrokeCap(TStrokeCap cap) override { FCap = cap; }
   void setFill(TAlphaColor color, TBrushKind kind) override;
   void setFillBitmap(const ICanvasBitmap* bitmap) override;
   void setFontSize(float points) override { FFontSize = points; }
@@ -81,6 +83,7 @@ class TRecordingCanvas : public ICanvas {
   TAlphaColor FStrokeColor = 0xFF000000, FFillColor = 0xFF000000;
   TStrokeDash FDash = TStrokeDash::Solid;
   float FThickness = 1.0f, FFontSize = 9.0f;
+  TStrokeCap FCap = TStrokeCap::Round;
   TBrushKind FStrokeKind = TBrushKind::Solid, FFillKind = TBrushKind::Solid;
   const ICanvasBitmap* FFillBitmap = nullptr;
   TMatrix FMatrix;

@@ -162,10 +162,9 @@ void TfrmPelw::setBackgroundMode(bool black) {
   FMandalaSectionColor = c.FMandalaSectionColor;
   FMandalaSectionColor2 = c.FMandalaSectionColor2;
   FStrokeDefs = TStrokeDefs::forBackground(black);
-  if (FPaintPalette && FPaintPalette->contains(kStitchingHolePaletteRow))
-    FColor_StitchingHole = FPaintPalette->row(kStitchingHolePaletteRow).colorFor(black);
-  else
-    FColor_StitchingHole = black ? 0xFFFFFFFF : 0xFFD2691E;
+  // Every row of the palette shows the colour for the new background.
+  FPalletList.setBlackBackgroundMode(black);
+  FColor_StitchingHole = stitchingHoleColor(FPaintPalette, black);
   RepaintCanvas();
 }
 

@@ -5,6 +5,7 @@
 
 #include <cmath>
 #include <cstdio>
+#include <vector>
 
 #include "app/frm_pelw.h"
 #include "platform/canvas.h"
@@ -18,6 +19,7 @@ void drawGridLines(ICanvas& c, double x0, double y0, double w, double h, const T
   if (tick <= 0 || scale.x <= 0 || scale.y <= 0) return;
   const TAlphaColor colour = gridLineColor(black);
   const int large = settings.LargeTickInterval > 0 ? settings.LargeTickInterval : 10;
+  std::vector<TStrokedLine> all;
   auto lines = [&](double start, double end, double s, double o, double origin, bool vertical) {
     int counter = 0;
     // A guard against a runaway loop on absurd input.
@@ -25,15 +27,20 @@ void drawGridLines(ICanvas& c, double x0, double y0, double w, double h, const T
     if (!(count < 100000)) return;
     for (double real = firstGridLine(start, tick); real <= end; real += tick) {
       const TGridLineStyle st = gridLineStyle(counter, settings);
-      c.setStroke(colour, TBrushKind::Solid, st.dash, st.thickness);
       const float p = static_cast<float>(real * s + o - origin);
-      if (vertical) c.drawLine(TPointF(p, 0), TPointF(p, static_cast<float>(h)), 0.4f);
-      else c.drawLine(TPointF(0, p), TPointF(static_cast<float>(w), p), 0.4f);
+      TStrokedLine l;
+      l.a = vertical ? TPointF(p, 0) : TPointF(0, p);
+      l.b = vertical ? TPointF(p, static_cast<float>(h)) : TPointF(static_cast<float>(w), p);
+      l.color = colour;
+      l.dash = st.dash;
+      l.thickness = st.thickness;
+      all.push_back(l);
       if (++counter >= large) counter = 0;
     }
   };
   lines((x0 - offset.x) / scale.x, (x0 + w - offset.x) / scale.x, scale.x, offset.x, x0, true);
   lines((y0 - offset.y) / scale.y, (y0 + h - offset.y) / scale.y, scale.y, offset.y, y0, false);
+  c.drawStrokedLines(all, 0.4f);
 }
 
 std::string gridCacheKey(double W, double H, double canvasScale, const TLengthFormatSettings& s,
@@ -59,10 +66,17 @@ void TScenePainter::paintGrid() {
   double ratio = 1;
   bool viewChanged = false;
   if (usable) {
-    // The real rectangle the cache covers, in today's pixels.
-    const TPointF r1 = screenToReal(TPointF::fromDouble(-m, -m), F.FGridCacheScale, F.FGridCacheOffset);
-    const TPointF r2 = screenToReal(TPointF::fromDouble(w + m, h + m), F.FGridCacheScale, F.FGridCacheOffset);
-    dest = TRectF(realToScreen(r1, F.FScale, F.FOffset), realToScreen(r2, F.FScale, F.FOffset));
+    // The real rectangle the cache covers, in today's pixels. Worked out
+    // unrounded: while the view stands still it must come back exactly to
+    // whole pixels, or the bitmap is stretched by a hair, which blurs it
+    // and costs Qt several times a plain copy.
+    auto toToday = [](double px, double cacheScale, double cacheOffset, double scale, double offset) {
+      return static_cast<float>((px - cacheOffset) / cacheScale * scale + offset);
+    };
+    const TPointF cs = F.FGridCacheScale, co = F.FGridCacheOffset;
+    dest = TRectF(toToday(-m, cs.x, co.x, F.FScale.x, F.FOffset.x), toToday(-m, cs.y, co.y, F.FScale.y, F.FOffset.y),
+                  toToday(w + m, cs.x, co.x, F.FScale.x, F.FOffset.x),
+                  toToday(h + m, cs.y, co.y, F.FScale.y, F.FOffset.y));
     ratio = double(F.FScale.x) / F.FGridCacheScale.x;
     viewChanged = !F.FScale.identical(F.FGridCacheScale) || !F.FOffset.identical(F.FGridCacheOffset);
   }
@@ -70,11 +84,13 @@ void TScenePainter::paintGrid() {
   const bool covers = dest.Left <= 0 && dest.Top <= 0 && dest.Right >= w && dest.Bottom >= h;
   const bool outOfRange = ratio < 0.5 || ratio > 2 || !covers;
   if (keyChanged || (outOfRange && !viewChanged)) {
+    // The bitmap is drawn again in place while its size holds: a fresh one
+    // of some sixteen megabytes costs more in page faults than the drawing.
     const int bw = static_cast<int>(std::lround(W * c)), bh = static_cast<int>(std::lround(H * c));
-    F.FGridCache = C.createBitmap(static_cast<int>(W), static_cast<int>(H), c);
+    if (!F.FGridCache || F.FGridCache->width() != bw || F.FGridCache->height() != bh ||
+        F.FGridCache->bitmapScale() != c)
+      F.FGridCache = C.createBitmap(static_cast<int>(W), static_cast<int>(H), c);
     if (!F.FGridCache) return;
-    (void)bw;
-    (void)bh;
     F.FGridCacheScale = F.FScale;
     F.FGridCacheOffset = F.FOffset;
     ICanvas& bc = F.FGridCache->canvas();

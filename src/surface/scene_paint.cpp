@@ -11,7 +11,9 @@
 
 #include "app/frm_pelw.h"
 #include "surface/scene_painter.h"
+#include "surface/screen_path.h"
 #include "surface/view_math.h"
+#include "surface/view_phrases.h"
 
 namespace {
 
@@ -33,21 +35,28 @@ void TfrmPelw::pboxPaint(ICanvas* canvas) {
 
 TScenePainter::TScenePainter(TfrmPelw& form, ICanvas& canvas)
     : F(form), C(canvas), FPixel(form.FScale.x != 0 ? 1.0 / form.FScale.x : 1.0),
-      FBlack(form.FIsBlackBackgroundMode) {}
+      FLogScale(std::log10(double(form.FScale.x))), FBlack(form.FIsBlackBackgroundMode) {
+  if (const IPaintPalette* pal = form.FPaintPalette) {
+    const int n = std::clamp(pal->count(), 0, 1000);
+    FRows.reserve(static_cast<size_t>(n));
+    for (int i = 0; i < n; ++i) FRows.push_back(pal->row(i));
+  }
+}
 
 TPointF TScenePainter::px(const TPointF& real) const { return realToScreen(real, F.FScale, F.FOffset); }
 
 const TPathData& TScenePainter::toScreen(const TPathData& real) {
-  auto& out = FScreenPath.mutablePoints();
-  const auto& in = real.points();
-  out.resize(in.size());
-  const double sx = F.FScale.x, sy = F.FScale.y, ox = F.FOffset.x, oy = F.FOffset.y;
-  for (size_t i = 0; i < in.size(); ++i) {
-    out[i].Kind = in[i].Kind;
-    out[i].Point = TPointF(static_cast<float>(in[i].Point.x * sx + ox),
-                           static_cast<float>(in[i].Point.y * sy + oy));
-  }
+  toScreenPath(real, F.FScale, F.FOffset, FScreenPath);
   return FScreenPath;
+}
+
+bool TScenePainter::layerVisible(int layer) {
+  if (!FHaveMemoLayer || layer != FMemoLayer) {
+    FMemoLayer = layer;
+    FMemoLayerVisible = F.PathList->GetlayerVisible(layer);
+    FHaveMemoLayer = true;
+  }
+  return FMemoLayerVisible;
 }
 
 void TScenePainter::paint() {
@@ -79,7 +88,7 @@ void TScenePainter::paint() {
   }
 }
 
-bool TScenePainter::shapeIsShown(TPW_Path& shape, const TRectF& visible) const {
+bool TScenePainter::shapeIsShown(TPW_Path& shape, const TRectF& visible) {
   const bool printSelection = F.FIsPrinting || F.FIsPrintPreviewing;
   if (printSelection && F.FPaintSwitches.chkPrintSelectedShapesOnly && !shape.FSelected) return false;
   if (!F.FIsPrinting) {
@@ -88,13 +97,13 @@ bool TScenePainter::shapeIsShown(TPW_Path& shape, const TRectF& visible) const {
         b.Top > visible.Bottom)
       return false;
   }
-  const IPaintPalette* pal = F.FPaintPalette;
-  if (pal && pal->contains(shape.FPalletIndex) && !pal->row(shape.FPalletIndex).FIsVisible) {
+  const TPaletteLook* row = rowOf(shape.FPalletIndex);
+  if (row && !row->FIsVisible) {
     const bool leather = !shape.FCatalogGUID.isEmpty() && F.FPaintSwitches.chkSimulatorOn &&
                          F.FPaintSwitches.chkFillOn;
     if (!leather) return false;
   }
-  return F.PathList->GetlayerVisible(shape.FLayerID);
+  return layerVisible(shape.FLayerID);
 }
 
 void TScenePainter::paintShapes() {
@@ -105,14 +114,13 @@ void TScenePainter::paintShapes() {
   std::vector<TPW_Path*> order;
   order.reserve(list.Count());
   for (const auto& s : list)
-    if (s->FShapeType != ShapeType::Hole) order.push_back(s.get());
+    if (!isHoleShape(*s)) order.push_back(s.get());
   for (const auto& s : list)
-    if (s->FShapeType == ShapeType::Hole) order.push_back(s.get());
+    if (isHoleShape(*s)) order.push_back(s.get());
   const TRectF visible = F.VisibleRealRect().normalized();
   for (TPW_Path* shape : order) {
     if (shape->FID < 0) shape->updateId(list.getNextID());
     if (!shapeIsShown(*shape, visible)) continue;
-    C.setStroke(claBlack, TBrushKind::Solid, TStrokeDash::Solid, 1);
     try {
       paintShape(*shape);
     } catch (const std::exception& e) {
@@ -121,6 +129,35 @@ void TScenePainter::paintShapes() {
       F.logPaintError("unknown", "non-standard exception", shape);
     }
   }
+  try {
+    flushDots();
+  } catch (const std::exception& e) {
+    F.logPaintError(exceptionClassName(e), e.what(), nullptr);
+  } catch (...) {
+    F.logPaintError("unknown", "non-standard exception", nullptr);
+  }
+}
+
+void TScenePainter::queueDot(const TPointF& centre, float radius, TAlphaColor color, float opacity) {
+  if (!FDots.centres.empty() &&
+      (FDots.color != color || FDots.radius != radius || FDots.opacity != opacity))
+    flushDots();
+  FDots.color = color;
+  FDots.radius = radius;
+  FDots.opacity = opacity;
+  FDots.centres.push_back(centre);
+}
+
+void TScenePainter::flushDots() {
+  if (FDots.centres.empty()) return;
+  C.setFill(FDots.color, TBrushKind::Solid);
+  // Cleared before drawing, so that a canvas that fails leaves no dots
+  // behind to be drawn twice.
+  std::vector<TPointF> centres;
+  centres.swap(FDots.centres);
+  C.fillCircles(centres, FDots.radius, FDots.opacity);
+  centres.clear();
+  FDots.centres.swap(centres);  // keep the capacity for the next batch
 }
 
 void TScenePainter::paintGroupFrames() {
@@ -172,18 +209,18 @@ void TScenePainter::paintBanners() {
     TAlphaColor color;
     std::string text;
   };
+  auto phrase = [this](const TPhraseKey& k) { return viewPhrase(F.FMultiLang.get(), F.FLangID, k); };
   std::vector<TBanner> banners;
   if (F.FSelectNextStitchingHoleMode)
-    banners.push_back({0xFFFF0000, "Please click the next stitching hole. (Press ESC key to exit)"});
+    banners.push_back({0xFFFF0000, phrase(ViewPhrase::SelectNextStitchingHole)});
   if (!F.FBusyMessage.empty()) banners.push_back({0xFFFF0000, F.FBusyMessage});
   if (F.PathList && !F.PathList->GetlayerVisible(F.FActiveLayer))
-    banners.push_back({0xFFFF0000,
-                       "Warning: The selected layer is set as invisible. Nothing will be shown "
-                       "even if you draw something."});
+    banners.push_back({0xFFFF0000, phrase(ViewPhrase::LayerIsNotVisible)});
   if (F.FIgnoreLayer)
-    banners.push_back({0xFFFF0000, "Warning: Layer ignore mode(Press Ctrl + Alt + i to cancel)"});
+    banners.push_back({0xFFFF0000, phrase(ViewPhrase::LayerIgnored) + "(" +
+                                       phrase(ViewPhrase::CancelLayerIgnored) + ")"});
   if (F.PathList && F.PathList->GetIsIndependentLayer(F.FActiveLayer))
-    banners.push_back({0xFF008000, "** Independent Layer **"});
+    banners.push_back({0xFF008000, "** " + phrase(ViewPhrase::IndependentLayer) + " **"});
   if (banners.empty()) return;
   C.setFontSize(15);
   float top = 0;

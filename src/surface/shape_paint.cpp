@@ -8,16 +8,10 @@
 #include "surface/scene_painter.h"
 #include "surface/view_math.h"
 
-TShapePen screenPenFor(const TPW_Path& shape, const IPaintPalette* palette, bool black,
-                       double pixelsPerMm, const TStrokeDefs& defs, TAlphaColor centerlineColor) {
+TShapePen screenPenFromRow(const TPW_Path& shape, const TPaletteLook* row, bool black,
+                           double log10PixelsPerMm, const TStrokeDefs& defs, TAlphaColor centerlineColor) {
   TShapePen pen;
-  TAlphaColor rowColor = shape.FColor;
-  TStrokeDash rowDash = shape.FDash;
-  if (palette && palette->contains(shape.FPalletIndex)) {
-    const TPaletteLook row = palette->row(shape.FPalletIndex);
-    rowColor = row.colorFor(black);
-    rowDash = row.FDash;
-  }
+  const TAlphaColor rowColor = row ? row->colorFor(black) : shape.FColor;
   pen.fill = rowColor;
   if (shape.FIsSymmetryTarget) {
     pen.color = centerlineColor;
@@ -26,14 +20,28 @@ TShapePen screenPenFor(const TPW_Path& shape, const IPaintPalette* palette, bool
     return pen;
   }
   pen.color = shape.FSelected ? defs.SelectionColor : rowColor;
-  pen.thickness = static_cast<float>(screenThickness(shape.FThickness, pixelsPerMm));
-  pen.dash = rowDash;
+  // As screenThickness, with the logarithm worked out once for the paint.
+  pen.thickness = static_cast<float>((double(shape.FThickness) - 0.5) + log10PixelsPerMm / 2.0);
+  pen.dash = row ? row->FDash : shape.FDash;
   return pen;
 }
 
-double holeDotRadius(double pixelsPerMm, bool threadShowing) {
-  const double l = std::log10(pixelsPerMm);
+TShapePen screenPenFor(const TPW_Path& shape, const IPaintPalette* palette, bool black,
+                       double pixelsPerMm, const TStrokeDefs& defs, TAlphaColor centerlineColor) {
+  TPaletteLook look;
+  const bool hasRow = palette && palette->contains(shape.FPalletIndex);
+  if (hasRow) look = palette->row(shape.FPalletIndex);
+  return screenPenFromRow(shape, hasRow ? &look : nullptr, black, std::log10(pixelsPerMm), defs,
+                          centerlineColor);
+}
+
+double holeDotRadiusFromLog(double log10PixelsPerMm, bool threadShowing) {
+  const double l = log10PixelsPerMm;
   return threadShowing ? (l - 1) / 10 + 2 : l + 2;
+}
+
+double holeDotRadius(double pixelsPerMm, bool threadShowing) {
+  return holeDotRadiusFromLog(std::log10(pixelsPerMm), threadShowing);
 }
 
 float TScenePainter::shapeOpacity(const TPW_Path& shape) const {
@@ -44,17 +52,15 @@ float TScenePainter::shapeOpacity(const TPW_Path& shape) const {
 
 TShapePen TScenePainter::paperPen(const TPW_Path& shape) const {
   TShapePen pen;
-  const IPaintPalette* pal = F.FPaintPalette;
   TAlphaColor colour = shape.FColor;
-  if (pal && pal->contains(shape.FPalletIndex)) colour = pal->row(shape.FPalletIndex).colorFor(false);
+  if (const TPaletteLook* row = rowOf(shape.FPalletIndex)) colour = row->colorFor(false);
   pen.color = F.FPaintSwitches.chkPrintInColor ? colour : claBlack;
   pen.fill = pen.color;
   pen.thickness = static_cast<float>(shape.FThickness * F.FPaintSwitches.printThicknessFactor);
   pen.dash = shape.FDash;
   // Lines of a row kept off paper print with no thickness.
-  if (pal && !(F.FIsPrintPreviewing && F.FPaintSwitches.chkShowNotForPrintLines)) {
-    for (int i = 0; i < pal->count(); ++i) {
-      const TPaletteLook row = pal->row(i);
+  if (!(F.FIsPrintPreviewing && F.FPaintSwitches.chkShowNotForPrintLines)) {
+    for (const TPaletteLook& row : FRows) {
       if (row.FIgnoreInPrinting && row.FThickness == shape.FThickness && row.FDash == shape.FDash &&
           (row.FColor_BlackMode == shape.FColor || row.FColor_WhiteMode == shape.FColor)) {
         pen.thickness = 0;
@@ -67,13 +73,15 @@ TShapePen TScenePainter::paperPen(const TPW_Path& shape) const {
 
 void TScenePainter::paintShape(TPW_Path& shape) {
   if (shape.FIsDimensionLine && !F.FShowDimensionShapes) return;
+  const std::string& type = shape.FShapeType;
+  const bool hole = isHoleShape(shape) || type == ShapeType::Dot;
+  // Holes send the waiting dots themselves, only when they draw more than a dot.
+  if (!hole) flushDots();
   const bool paper = F.FIsPrinting || F.FIsPrintPreviewing;
   TShapePen pen = paper ? paperPen(shape)
-                        : screenPenFor(shape, F.FPaintPalette, FBlack, F.FScale.x, F.FStrokeDefs,
-                                       F.FColor_Centerline);
+                        : screenPenFromRow(shape, rowOf(shape.FPalletIndex), FBlack, FLogScale, F.FStrokeDefs,
+                                           F.FColor_Centerline);
   float opacity = shapeOpacity(shape);
-  const std::string& type = shape.FShapeType;
-  const bool hole = type == ShapeType::Hole || type == ShapeType::Dot;
   if (hole && shape.FID < 0) {  // a preview
     pen.color = pen.fill = 0xFFFFFF00;
     pen.thickness = 2;
@@ -87,11 +95,18 @@ void TScenePainter::paintShape(TPW_Path& shape) {
     C.drawPath(toScreen(shape.FData), opacity);
     return;
   }
-  C.setStroke(pen.color, TBrushKind::Solid, pen.dash, pen.thickness);
-  if (hole) paintHole(shape, pen, opacity);
-  else paintBody(shape, pen, opacity);
+  // A hole sets the pen itself, when it draws its outline.
+  if (hole) {
+    paintHole(shape, pen, opacity);
+  } else {
+    C.setStroke(pen.color, TBrushKind::Solid, pen.dash, pen.thickness);
+    paintBody(shape, pen, opacity);
+  }
   paintArrows(shape, pen, opacity);
-  if (shape.FSelected && shape.FGroupID == 0 && !paper) paintHandles(shape);
+  if (shape.FSelected && shape.FGroupID == 0 && !paper) {
+    flushDots();
+    paintHandles(shape);
+  }
 }
 
 void TScenePainter::paintBody(TPW_Path& shape, const TShapePen& pen, float opacity) {
@@ -129,25 +144,24 @@ bool TScenePainter::threadShowsOn(const TPW_Path& hole) const {
 void TScenePainter::paintHole(TPW_Path& shape, const TShapePen& pen, float opacity) {
   const TPointF centre = px(shape.FStartPt);
   if (F.FIsPrinting && F.FPaintSwitches.chkPrintStitchingHoleAsDot) {
-    const float r = static_cast<float>(0.25 * F.FScale.x);
-    C.setFill(pen.color, TBrushKind::Solid);
-    C.fillEllipse(TRectF(centre.x - r, centre.y - r, centre.x + r, centre.y + r), opacity);
+    queueDot(centre, static_cast<float>(0.25 * F.FScale.x), pen.color, opacity);
     return;
   }
   const bool thread = threadShowsOn(shape);
-  const double radius = holeDotRadius(F.FScale.x, thread);
+  const double radius = holeDotRadiusFromLog(FLogScale, thread);
   // A hole that covers less than a pixel or two shows as its dot alone: its
   // outline would only blur the dot.
   const TRectF box = shape.getBoundary(false).normalized();
   const double extent = std::max(box.width(), box.height()) * F.FScale.x;
   if (extent >= 2.0 * radius || shape.FShapeType == ShapeType::Dot) {
+    flushDots();
+    C.setStroke(pen.color, TBrushKind::Solid, pen.dash, pen.thickness);
     const float pathOpacity = thread && !shape.FSelected ? 0.1f : opacity;
     C.drawPath(toScreen(shape.FData), pathOpacity);
   }
-  const float r = static_cast<float>(radius);
-  C.setFill(pen.fill, TBrushKind::Solid);
-  C.fillEllipse(TRectF(centre.x - r, centre.y - r, centre.x + r, centre.y + r), thread ? 0.1f : 0.6f);
+  queueDot(centre, static_cast<float>(radius), pen.fill, thread ? 0.1f : 0.6f);
   if (shape.FTemp_OnPath) {
+    flushDots();
     // The direction the hole was laid in: a tick across it.
     const TPointF n(-shape.FTemp_vector.y, shape.FTemp_vector.x);
     const double l = 5.0 * F.FScale.x;

@@ -25,7 +25,8 @@ struct TViewOptions {
   bool FReverseCursorKeyGridAreaMove = true;
   TAlphaColor FWhiteBGColor = kDefaultWhiteBGColor;
   bool FShowStitchPattern = false;
-  // Thread colour of the simulator; -1 takes each hole's own.
+  // Thread colour of the simulator for holes that keep the default white
+  // thread; -1 leaves them white. A hole's own thread colour always shows.
   int64_t FStitchColor = -1;
   float FStitchThickness = 3.0f;
   float FStitchOpacity = 1.0f;
@@ -43,6 +44,10 @@ struct TPaintSwitches {
   bool chkPrintStitchingHoleAsDot = false;
   bool chkShowNotForPrintLines = false;
   double printThicknessFactor = 1.0;  // getPrintThicknessFactor
+  // The simulator's two threads: the stitches of even and of odd places in
+  // their row.
+  bool chkShowEvenStitches = true;
+  bool chkShowOddStitches = true;
 };
 
 // What the window provides to the view: repaints and the status line.
@@ -113,6 +118,5 @@ struct TViewState {
 
   // ---- links ----
   TViewOptions FViewOptions;
-  const IPaintPalette* FPaintPalette = nullptr;  // borrowed; none: shapes keep their own look
   TViewHost FViewHost;
 };

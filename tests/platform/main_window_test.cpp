@@ -4,49 +4,36 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QImage>
 #include <QLabel>
 #include <QWheelEvent>
+#include <cmath>
 
 #include "app/frm_pelw.h"
 #include "app/sample_card_holder.h"
 #include "platform/qt/canvas_widget.h"
 #include "platform/qt/main_window.h"
 #include "platform/qt/qt_text_layout.h"
+#include "stitching/iron_groups.h"
+#include "stitching/system_irons.h"
 #include "test_support.h"
 
 namespace {
 
-// The line rows the sample uses, with their colours for both backgrounds.
-struct TSamplePalette : IPaintPalette {
-  std::vector<TPaletteLook> rows{40};
-  TSamplePalette() {
-    auto set = [this](int i, TAlphaColor dark, TAlphaColor white, float t, TStrokeDash d) {
-      rows[static_cast<size_t>(i)] = TPaletteLook{dark, white, t, d, true, false};
-    };
-    set(0, 0xFF00FFFF, 0xFF00008B, 1.5f, TStrokeDash::Solid);
-    set(2, 0xFFFFFFFF, 0xFF000000, 1.2f, TStrokeDash::Solid);
-    set(3, 0xFFFFFF00, 0xFFBDB76B, 1.1f, TStrokeDash::Dash);
-    set(36, 0xFFFFFFFF, 0xFFD2691E, 1.0f, TStrokeDash::Dot);
-    set(38, 0xFFFFFFFF, 0xFF000000, 2.0f, TStrokeDash::Solid);
-  }
-  int count() const override { return 40; }
-  TPaletteLook row(int i) const override { return rows[static_cast<size_t>(i)]; }
-};
-
 class MainWindowView : public ::testing::Test {
  protected:
   TTempDir dir;
-  TSamplePalette palette;
   TQtTextLayout layout;
+  TPrickingIronGroups irons;
   TfrmPelw form;
   std::unique_ptr<TMainWindow> window;
   void SetUp() override {
     setTextLayout(&layout);
     form.FAppDataPath = dir.path();
     form.FormCreate({});
-    buildCardHolderSample(*form.PathList);
-    form.FPaintPalette = &palette;
+    irons.append(buildSystemIronGroups("en"));
+    buildCardHolderSample(*form.PathList, irons.findIron(kCardHolderIronBlade, kCardHolderIronPitch));
     window = std::make_unique<TMainWindow>(form);
     window->resize(1000, 700);
     window->show();
@@ -57,17 +44,21 @@ class MainWindowView : public ::testing::Test {
     setTextLayout(nullptr);
   }
   QImage grabCanvas() { return window->canvas()->grab().toImage(); }
-  // Saves a screenshot when PELWRIGHT_SCREENSHOT_DIR is set.
+  // Saves a screenshot when PELWRIGHT_SCREENSHOT_DIR is set, once the grid
+  // has settled and been drawn sharp at the present zoom.
   void keep(const QString& name) {
     const QByteArray folder = qgetenv("PELWRIGHT_SCREENSHOT_DIR");
     if (folder.isEmpty()) return;
-    QApplication::processEvents();
+    QElapsedTimer settle;
+    settle.start();
+    while (settle.elapsed() < 300) QApplication::processEvents(QEventLoop::AllEvents, 20);
     window->grab().save(QDir(QString::fromUtf8(folder)).filePath(name));
   }
 };
 
 TEST_F(MainWindowView, OpensFittedOnTheSample) {
-  EXPECT_EQ(form.PathList->Count(), 36u);
+  window->FActShowStitchSimulator->trigger();
+  EXPECT_EQ(form.PathList->Count(), 33u + 80u + 45u);
   EXPECT_EQ(form.FPboxWidth, window->canvas()->width());
   // Fitted: the whole card holder is in view, and fairly large.
   const TRectF v = form.VisibleRealRect();
@@ -106,6 +97,7 @@ TEST_F(MainWindowView, WheelZoomsAndResetViewComesBack) {
 }
 
 TEST_F(MainWindowView, ViewMenuSwitchesBackgroundAndGrid) {
+  window->FActShowStitchSimulator->trigger();
   window->FActWhiteBackground->trigger();
   EXPECT_FALSE(form.FIsBlackBackgroundMode);
   QImage img = grabCanvas();
@@ -120,12 +112,42 @@ TEST_F(MainWindowView, ViewMenuSwitchesBackgroundAndGrid) {
 TEST_F(MainWindowView, TwentyPixelsAMillimetre) {
   form.FScale = TPointF(20, 20);
   form.FOffset = TPointF(-1400, -1000);  // the lower right corner of the body
+  form.refreshStatus();
   form.RepaintCanvas();
+  keep("card_holder_holes_20px.png");  // the slits themselves, no thread
+  window->FActShowStitchSimulator->trigger();
+  EXPECT_TRUE(form.FViewOptions.FShowStitchPattern);
   keep("card_holder_black_20px.png");
   window->FActWhiteBackground->trigger();
   keep("card_holder_white_20px.png");
   const QImage img = grabCanvas();
   EXPECT_FALSE(img.isNull());
+}
+
+TEST_F(MainWindowView, RulersGridAndDrawingStandInStep) {
+  form.FScale = TPointF(20, 20);
+  form.FOffset = TPointF(-1400, -1000);
+  form.RepaintCanvas();
+  QApplication::processEvents();
+  auto* rulerX = window->findChild<QWidget*>("pbRulerX");
+  auto* rulerY = window->findChild<QWidget*>("pbRulerY");
+  ASSERT_TRUE(rulerX && rulerY);
+  TCanvasWidget* canvas = window->canvas();
+  // The rulers start where the canvas starts.
+  EXPECT_EQ(rulerX->mapTo(window.get(), QPoint(0, 0)).x(), canvas->mapTo(window.get(), QPoint(0, 0)).x());
+  EXPECT_EQ(rulerY->mapTo(window.get(), QPoint(0, 0)).y(), canvas->mapTo(window.get(), QPoint(0, 0)).y());
+  // The heavy tick of 100 mm stands over the body's right edge, and that of
+  // 70 mm beside its bottom edge.
+  const TPointF corner = form.RealToScreen(TPointF(100, 70));
+  const int x = static_cast<int>(std::floor(corner.x)), y = static_cast<int>(std::floor(corner.y));
+  const QImage rx = rulerX->grab().toImage(), ry = rulerY->grab().toImage(), c = grabCanvas();
+  auto orange = [](const QColor& k) { return k.red() > 200 && k.green() > 100 && k.green() < 200 && k.blue() < 80; };
+  auto cyan = [](const QColor& k) { return k.red() < 80 && k.green() > 150 && k.blue() > 150; };
+  EXPECT_TRUE(orange(rx.pixelColor(x, rx.height() - 2)));
+  EXPECT_FALSE(orange(rx.pixelColor(x + 4, rx.height() - 2)));
+  EXPECT_TRUE(orange(ry.pixelColor(ry.width() - 2, y)));
+  EXPECT_TRUE(cyan(c.pixelColor(x, static_cast<int>(form.RealToScreen(TPointF(100, 55)).y))));
+  EXPECT_TRUE(cyan(c.pixelColor(static_cast<int>(form.RealToScreen(TPointF(80, 70)).x), y)));
 }
 
 }  // namespace

@@ -162,10 +162,10 @@ TEST_F(ScenePaint, PenRules) {
   EXPECT_NEAR(holeDotRadius(10, true), 2, 1e-12);
 }
 
-TEST_F(ScenePaint, HolesGetTheirDotAndTheThreadRunsFromExitToEntry) {
+TEST_F(ScenePaint, HolesGetTheirDotFaintWhileTheThreadShows) {
   form.FScale = TPointF(20, 20);
   TPW_Path* second = hole(TPointF(14, 10));
-  TPW_Path* first = hole(TPointF(10, 10), second->FID);
+  hole(TPointF(10, 10), second->FID);
   form.pboxPaint(&canvas);
   auto dots = canvas.ops("fillEllipse");
   ASSERT_EQ(dots.size(), 2u);
@@ -176,19 +176,18 @@ TEST_F(ScenePaint, HolesGetTheirDotAndTheThreadRunsFromExitToEntry) {
   EXPECT_EQ(canvas.count("line"), 3u);
 
   form.FViewOptions.FShowStitchPattern = true;
-  first->FThreadColor = 0xFFAA2200;
   canvas.FOps.clear();
   form.pboxPaint(&canvas);
   dots = canvas.ops("fillEllipse");
+  EXPECT_NEAR(dots[0]->rect.width(), 2 * ((std::log10(20.0) - 1) / 10 + 2), 1e-4);
   EXPECT_FLOAT_EQ(dots[0]->opacity, 0.1f);
   EXPECT_FLOAT_EQ(paths()[0]->opacity, 0.1f);
-  auto threads = canvas.ops("line");
-  threads.resize(threads.size() - 3);  // less the scale bar
-  ASSERT_EQ(threads.size(), 2u);  // the dark edge, then the thread
-  EXPECT_EQ(threads[1]->color, 0xFFAA2200u);
-  EXPECT_TRUE(threads[1]->a.identical(TPointF(9.9f * 20, 10.5f * 20)));
-  EXPECT_TRUE(threads[1]->b.identical(TPointF(14.1f * 20, 9.5f * 20)));
-  EXPECT_FLOAT_EQ(threads[1]->thickness, 3 * 0.2f * 20);
+  EXPECT_EQ(canvas.count("line"), 3u + 2u);  // the thread's edge and the thread
+  // A selected hole keeps its outline at full strength.
+  second->FSelected = true;
+  canvas.FOps.clear();
+  form.pboxPaint(&canvas);
+  EXPECT_FLOAT_EQ(paths()[0]->opacity, 1.0f);
 }
 
 TEST_F(ScenePaint, GridCacheIsReusedWhileTheViewMovesAndRedrawnAfterItSettles) {
@@ -221,15 +220,26 @@ TEST_F(ScenePaint, GridCacheIsReusedWhileTheViewMovesAndRedrawnAfterItSettles) {
   static_cast<TManualTimer*>(form.FGridSettleTimer.get())->fire();
   EXPECT_FALSE(form.FGridSettleTimer->isActive());
   EXPECT_EQ(repaints, 1);
+  EXPECT_EQ(grid.FScenes, 1);  // not drawn again while moving
   form.pboxPaint(&canvas);
-  EXPECT_NE(form.FGridCache.get(), first);  // drawn again, sharp
+  // Drawn again, sharp, at the new scale, into the same bitmap.
+  EXPECT_EQ(form.FGridCache.get(), first);
+  EXPECT_EQ(grid.FScenes, 2);
+  EXPECT_TRUE(form.FGridCacheScale.identical(TPointF(3, 3)));
+  EXPECT_EQ(canvas.ops("bitmap").back()->rect, TRectF(-300, -300, 1100, 900));
 
   // A change of background changes the key: drawn again at once.
-  const ICanvasBitmap* second = form.FGridCache.get();
   form.actSetGridBackgroundWhite();
   form.pboxPaint(&canvas);
-  EXPECT_NE(form.FGridCache.get(), second);
+  EXPECT_EQ(grid.FScenes, 3);
+  EXPECT_EQ(grid.FOps.back().color, 0xFF000000u);  // black lines on white
   EXPECT_EQ(form.FGridCacheKey.back(), '0');
+  // A canvas of another size needs a bitmap of another size.
+  TRecordingCanvas wider(1000, 600);
+  form.pboxResize(1000, 600);
+  form.pboxPaint(&wider);
+  EXPECT_NE(form.FGridCache.get(), first);
+  EXPECT_EQ(form.FGridCache->width(), 1600);
 }
 
 TEST_F(ScenePaint, AFailingShapeIsLoggedOnceAndTheRestIsDrawn) {
@@ -278,6 +288,57 @@ TEST_F(ScenePaint, HolesSmallerThanTheirDotShowTheDotAlone) {
   form.pboxPaint(&canvas);
   EXPECT_EQ(canvas.count("drawPath"), 0u);
   EXPECT_EQ(canvas.count("fillEllipse"), 1u);
+}
+
+}  // namespace
+
+namespace {
+
+// Records each batch of dots as one operation.
+class TBatchCountingCanvas : public TRecordingCanvas {
+ public:
+  using TRecordingCanvas::TRecordingCanvas;
+  std::vector<size_t> FBatches;
+  void fillCircles(const std::vector<TPointF>& centres, float radius, float opacity) override {
+    FBatches.push_back(centres.size());
+    TRecordingCanvas::fillCircles(centres, radius, opacity);
+  }
+  // "P" for a path, "o" for a dot, "#" for a handle, in order.
+  std::string order() const {
+    std::string o;
+    for (const auto& op : FOps)
+      if (op.op == "drawPath" || op.op == "fillEllipse" || op.op == "drawRect")
+        o += op.op == "drawPath" ? 'P' : op.op == "drawRect" ? '#' : 'o';
+    return o;
+  }
+};
+
+TEST_F(ScenePaint, HoleDotsGoTogetherWhenNothingComesBetween) {
+  for (int i = 0; i < 30; ++i) hole(TPointF(10.0f + 3 * i, 50));
+  line(TPointF(10, 10), TPointF(90, 10));
+  TBatchCountingCanvas batch(800, 600);
+  form.FScale = TPointF(1, 1);  // dots alone
+  form.pboxPaint(&batch);
+  EXPECT_EQ(batch.FBatches, std::vector<size_t>{30});
+  // Close up an outline comes between each two dots, and a handle after
+  // its own hole's dot: the order stays that of the shapes.
+  form.FScale = TPointF(8, 8);
+  form.PathList->findByID(1)->FSelected = true;
+  batch.FOps.clear();
+  batch.FBatches.clear();
+  form.pboxPaint(&batch);
+  EXPECT_EQ(batch.FBatches, std::vector<size_t>(30, 1));
+  EXPECT_EQ(batch.order().substr(0, 8), "PPo#PoPo");
+}
+
+TEST_F(ScenePaint, AStillViewCopiesTheGridBitmapToWholePixels) {
+  form.FShowGrid = true;
+  form.FScale = TPointF(1.1f, 1.1f);
+  form.FOffset = TPointF(-5.3f, 7.7f);
+  form.pboxPaint(&canvas);
+  canvas.FOps.clear();
+  form.pboxPaint(&canvas);  // from the cache, nothing moved
+  EXPECT_EQ(canvas.ops("bitmap").at(0)->rect, TRectF(-300, -300, 1100, 900));
 }
 
 }  // namespace

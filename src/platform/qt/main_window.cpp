@@ -11,6 +11,8 @@
 #include "app/frm_pelw.h"
 #include "platform/qt/canvas_widget.h"
 #include "platform/qt/qt_timer.h"
+#include "surface/view_colors.h"
+#include "surface/view_phrases.h"
 
 TMainWindow::TMainWindow(TfrmPelw& form, QWidget* parent) : QMainWindow(parent), FForm(form) {
   setWindowTitle("Pelwright");
@@ -38,14 +40,14 @@ void TMainWindow::buildCanvasArea() {
   auto* grid = new QGridLayout(area);
   grid->setContentsMargins(0, 0, 0, 0);
   grid->setSpacing(0);
-  auto* corner = new QWidget(area);
-  corner->setFixedSize(34, 22);
-  corner->setAutoFillBackground(true);
-  corner->setPalette(QPalette(QColor(0x30, 0x30, 0x30)));
+  FCorner = new QWidget(area);
+  FCorner->setFixedSize(34, 22);
+  FCorner->setAutoFillBackground(true);
+  paintCorner();
   FCanvas = new TCanvasWidget(FForm, area);
   FRulerX = new TRulerWidget(FForm, Qt::Horizontal, area);
   FRulerY = new TRulerWidget(FForm, Qt::Vertical, area);
-  grid->addWidget(corner, 0, 0);
+  grid->addWidget(FCorner, 0, 0);
   grid->addWidget(FRulerX, 0, 1);
   grid->addWidget(FRulerY, 1, 0);
   grid->addWidget(FCanvas, 1, 1);
@@ -57,33 +59,61 @@ void TMainWindow::buildCanvasArea() {
   };
 }
 
+QString TMainWindow::phrase(const TPhraseKey& key) const {
+  return QString::fromStdString(viewPhrase(FForm.FMultiLang.get(), FForm.FLangID, key));
+}
+
 void TMainWindow::buildViewMenu() {
-  QMenu* view = menuBar()->addMenu(tr("&View"));
+  QMenu* view = menuBar()->addMenu(phrase(ViewPhrase::MenuView));
   FViewMenu = view;
   view->setObjectName("miView");
-  FActResetView = view->addAction(tr("&Reset view"));
+  FActResetView = view->addAction(phrase(ViewPhrase::ResetView));
   FActResetView->setObjectName("actResetView");
   FActResetView->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_R));
   connect(FActResetView, &QAction::triggered, this, [this] { FForm.actResetView(); });
 
-  FActShowGrid = view->addAction(tr("Show &grid"));
+  FActShowGrid = view->addAction(phrase(ViewPhrase::ShowHideGrid));
+  FActShowGrid->setObjectName("actShowHideGrid");
   FActShowGrid->setCheckable(true);
   FActShowGrid->setChecked(FForm.FShowGrid);
   connect(FActShowGrid, &QAction::toggled, this, [this](bool on) {
     if (on != FForm.FShowGrid) FForm.actToggleGrid();
   });
 
+  FActShowStitchSimulator = view->addAction(phrase(ViewPhrase::ShowHideStitchingSimulator));
+  FActShowStitchSimulator->setObjectName("actShowHideStitchingSimulator");
+  FActShowStitchSimulator->setCheckable(true);
+  FActShowStitchSimulator->setChecked(FForm.FViewOptions.FShowStitchPattern);
+  connect(FActShowStitchSimulator, &QAction::toggled, this, [this](bool on) {
+    FForm.FViewOptions.FShowStitchPattern = on;
+    FForm.RepaintCanvas();
+  });
+
   view->addSeparator();
   auto* background = new QActionGroup(this);
-  FActBlackBackground = view->addAction(tr("&Black background"));
-  FActWhiteBackground = view->addAction(tr("&White background"));
+  FActBlackBackground = view->addAction(phrase(ViewPhrase::BlackBackground));
+  FActBlackBackground->setObjectName("rbBlackBG");
+  FActWhiteBackground = view->addAction(phrase(ViewPhrase::WhiteBackground));
+  FActWhiteBackground->setObjectName("rbWhiteBG");
   for (QAction* a : {FActBlackBackground, FActWhiteBackground}) {
     a->setCheckable(true);
     background->addAction(a);
   }
   (FForm.FIsBlackBackgroundMode ? FActBlackBackground : FActWhiteBackground)->setChecked(true);
-  connect(FActBlackBackground, &QAction::triggered, this, [this] { FForm.actSetGridBackgroundBlack(); });
-  connect(FActWhiteBackground, &QAction::triggered, this, [this] { FForm.actSetGridBackgroundWhite(); });
+  connect(FActBlackBackground, &QAction::triggered, this, [this] {
+    FForm.actSetGridBackgroundBlack();
+    paintCorner();
+  });
+  connect(FActWhiteBackground, &QAction::triggered, this, [this] {
+    FForm.actSetGridBackgroundWhite();
+    paintCorner();
+  });
+}
+
+void TMainWindow::paintCorner() {
+  // The square where the rulers meet has the rulers' background.
+  const TAlphaColor c = rulerStripBackground(FForm.FIsBlackBackgroundMode, FForm.FViewOptions.FWhiteBGColor);
+  FCorner->setPalette(QPalette(QColor::fromRgba(c)));
 }
 
 void TMainWindow::buildStatusLine() {

@@ -9,6 +9,7 @@ class TCanvasWidget;
 class TRulerWidget;
 class QLabel;
 class QAction;
+struct TPhraseKey;
 
 class TMainWindow : public QMainWindow {
   Q_OBJECT
@@ -19,6 +20,7 @@ class TMainWindow : public QMainWindow {
   TCanvasWidget* canvas() const { return FCanvas; }
   QAction* FActResetView = nullptr;
   QAction* FActShowGrid = nullptr;
+  QAction* FActShowStitchSimulator = nullptr;
   QAction* FActBlackBackground = nullptr;
   QAction* FActWhiteBackground = nullptr;
   // File and Edit; each action's object name is its phrase key.
@@ -44,6 +46,7 @@ class TMainWindow : public QMainWindow {
   TCanvasWidget* FCanvas = nullptr;
   TRulerWidget* FRulerX = nullptr;
   TRulerWidget* FRulerY = nullptr;
+  QWidget* FCorner = nullptr;
   QLabel* FStatus = nullptr;
   bool FShownOnce = false;
 
@@ -57,4 +60,7 @@ class TMainWindow : public QMainWindow {
   QMenu* FFileMenu = nullptr;
   QMenu* FEditMenu = nullptr;
   QMenu* FViewMenu = nullptr;
+  void paintCorner();
+  // A menu text in the program's language.
+  QString phrase(const TPhraseKey& key) const;
 };

@@ -27,12 +27,15 @@ class TQtCanvas : public ICanvas {
   void setStrokeColor(TAlphaColor color) override;
   void setStrokeDash(TStrokeDash dash) override;
   void setStrokeThickness(float thickness) override;
+  void setStrokeCap(TStrokeCap cap) override;
   void setFill(TAlphaColor color, TBrushKind kind) override;
   void setFillBitmap(const ICanvasBitmap* bitmap) override;
   void setFontSize(float points) override;
   void drawLine(const TPointF& a, const TPointF& b, float opacity) override;
+  void drawStrokedLines(const std::vector<TStrokedLine>& lines, float opacity) override;
   void drawEllipse(const TRectF& r, float opacity) override;
   void fillEllipse(const TRectF& r, float opacity) override;
+  void fillCircles(const std::vector<TPointF>& centres, float radius, float opacity) override;
   void drawRect(const TRectF& r, float opacity) override;
   void fillRect(const TRectF& r, float opacity) override;
   void drawPath(const TPathData& path, float opacity) override;
@@ -62,12 +65,18 @@ class TQtCanvas : public ICanvas {
   TMatrix FMatrix;
   void stroke();
   void fill();
+  bool smallDisc(const QRectF& box, float opacity, QPointF& at, const QImage*& image) const;
+  // Long vertical lines drawn across, in a scratch image kept for the next
+  // time, and turned into place.
+  QImage FAcross;
+  void drawVerticalRun(const TStrokedLine* first, const TStrokedLine* last, float opacity);
 };
 
 // A bitmap in memory; its canvas paints into it between beginScene and endScene.
 class TQtBitmap : public ICanvasBitmap {
  public:
   TQtBitmap(int w, int h, double scale);
+  ~TQtBitmap() override;
   int width() const override { return FImage.width(); }
   int height() const override { return FImage.height(); }
   double bitmapScale() const override { return FImage.devicePixelRatio(); }

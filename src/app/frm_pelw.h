@@ -41,6 +41,47 @@ class TfrmPelw : public TViewState {
   std::unique_ptr<TIntersections> FIntersections;
   int FActiveLayer = 0;
 
+  // ---- document changes: adding, changing and deleting shapes ----
+  // Every change to the shapes takes this road so that FIntersections stays
+  // right: a shape's crossings are dropped before it changes or goes and
+  // gathered again after. None of these takes the undo snapshot; call
+  // finishDocumentChange() once at the end of the user's action.
+
+  // Appends the shape to `layer` and gathers its crossings with the others.
+  // A shape whose FID is 0, negative or already in use gets a new one.
+  // Returns the shape, now owned by the document.
+  TPW_Path* addShapeToDocument(std::unique_ptr<TPW_Path> shape, int layer);
+  // Keeps each shape's own FLayerID in addShapesToDocument.
+  static constexpr int kOwnLayer = -1;
+  // Appends the shapes in order (to `layer`, or each to its own with
+  // kOwnLayer) and gathers their crossings as if added one at a time.
+  // For paste, load and the pattern generators.
+  void addShapesToDocument(std::vector<std::unique_ptr<TPW_Path>> shapes, int layer);
+  // Call after a shape of the document was rebuilt, moved or resized: its
+  // old crossings go and its new ones are gathered.
+  void shapeChanged(TPW_Path* shape);
+  // Drops the crossings that name the shape, e.g. when a drag begins.
+  void forgetIntersectionsOf(TPW_Path* shape);
+  // Drops the shape's crossings, takes it out of the document and frees it.
+  // A shape that is not in the document is left alone.
+  void deleteShape(TPW_Path* shape);
+  // Gathers the crossings of one shape with the others (pair engine),
+  // unless a drag or handle edit holds them back.
+  void collectIntersectionsFor(TPW_Path* shape);
+  // Rebuilds FIntersections from scratch over all pairs (polyline engine).
+  void recalcIntersections();
+  // The recalculate command: the rebuild, then the end of the action.
+  void btnRecalcIntersectionsClick();
+  // Marks a layer independent (its shapes meet only each other) or not,
+  // and recalculates the crossings.
+  void setLayerIndependent(int layerId, bool independent);
+  // The end of a user's action that changed the document: the undo
+  // snapshot is taken here, the document is marked changed.
+  void finishDocumentChange();
+  // True while a shape drag or a Bezier handle edit is under way: the
+  // moving shape's crossings are gathered when it ends, not on every step.
+  bool FHoldCrossings = false;
+
   // ---- language ----
   std::unique_ptr<TMultiLang> FMultiLang;
   std::string FLangID = "en";

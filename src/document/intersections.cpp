@@ -45,11 +45,6 @@ void TIntersections::Clear() {
   FByPair.clear();
 }
 
-void TIntersections::rebuildIndex() {
-  FByPair.clear();
-  for (const auto& e : FItems) FByPair[pairKey(e->FPath1, e->FPath2)].push_back(e.get());
-}
-
 void TIntersections::Delete(size_t index) {
   if (index >= FItems.size()) return;
   TIntersection* gone = FItems[index].get();
@@ -62,11 +57,23 @@ void TIntersections::Delete(size_t index) {
 }
 
 size_t TIntersections::removeIf(const std::function<bool(const TIntersection&)>& pred) {
-  const size_t before = FItems.size();
-  std::erase_if(FItems, [&pred](const std::unique_ptr<TIntersection>& e) { return pred(*e); });
-  const size_t removed = before - FItems.size();
-  if (removed) rebuildIndex();
-  return removed;
+  // Only the buckets of the removed entries are touched, so that dropping
+  // one shape's crossings from a large list stays cheap.
+  std::vector<TIntersection*> gone;
+  for (const auto& e : FItems)
+    if (pred(*e)) gone.push_back(e.get());
+  if (gone.empty()) return 0;
+  for (TIntersection* g : gone) {
+    const auto it = FByPair.find(pairKey(g->FPath1, g->FPath2));
+    if (it == FByPair.end()) continue;
+    std::erase(it->second, g);
+    if (it->second.empty()) FByPair.erase(it);
+  }
+  std::sort(gone.begin(), gone.end());
+  std::erase_if(FItems, [&gone](const std::unique_ptr<TIntersection>& e) {
+    return std::binary_search(gone.begin(), gone.end(), e.get());
+  });
+  return gone.size();
 }
 
 size_t TIntersections::removeFor(const TPW_Path* shape) {

@@ -58,5 +58,4 @@ class TIntersections {
   // Pair of shapes -> their entries, so that Add need not scan the list.
   std::unordered_map<uint64_t, std::vector<TIntersection*>> FByPair;
   static uint64_t pairKey(const TPW_Path* a, const TPW_Path* b);
-  void rebuildIndex();
 };

@@ -21,10 +21,10 @@ float distanceOf(const TPointF& a, const TPointF& b) {
 }
 
 TPointF unitVector(const TPointF& a, const TPointF& b) {
-  const double dx = double(b.x) - a.x, dy = double(b.y) - a.y;
-  const double len = std::sqrt(dx * dx + dy * dy);
+  // Divided by the distance as a single, the way every length is stored.
+  const double len = distanceOf(a, b);
   if (len == 0.0) return TPointF();
-  return TPointF::fromDouble(dx / len, dy / len);
+  return TPointF::fromDouble((double(b.x) - a.x) / len, (double(b.y) - a.y) / len);
 }
 
 TPointF rotateVector(const TPointF& v, double degrees) {
@@ -33,7 +33,7 @@ TPointF rotateVector(const TPointF& v, double degrees) {
 }
 
 TPointF rotatePointAbout(const TPointF& pt, double degrees, const TPointF& center) {
-  const double a = degrees * std::numbers::pi / 180.0;
+  const double a = degrees * 0.017453292519943295;
   const double c = std::cos(a), s = std::sin(a);
   const double dx = double(pt.x) - center.x, dy = double(pt.y) - center.y;
   return TPointF::fromDouble(center.x + dx * c - dy * s, center.y + dx * s + dy * c);

@@ -6,6 +6,7 @@
 #include <numbers>
 
 #include "document/point_helpers.h"
+#include "geometry/arc_math.h"
 #include "platform/text_layout.h"
 
 TPW_Path::TPW_Path(int APalletIdx, TAlphaColor AColor, float AThickness, TStrokeDash ADash, int ID)
@@ -194,18 +195,8 @@ void TPW_Path::drawArcPath(const TPointF& center, const TPointF& radius, const T
   FEndPt = endPt;
   FWidth = radius.x;
   FHeight = radius.y;
-  // The cosine is rounded to five decimals before the arc cosine, so that a
-  // start point a hair off the circle still gives a clean angle.
-  double c = roundDecimals((double(startPt.x) - center.x) / radius.x, 5);
-  if (std::isnan(c)) c = 1.0;
-  c = std::clamp(c, -1.0, 1.0);
-  double angle = std::acos(c) * 180.0 / std::numbers::pi;
-  if (center.y > startPt.y) angle = -angle;
-  FStartAngle = static_cast<float>(angle);
-  float sweep = SweepAngle;
-  if (sweep >= 360.0f) sweep -= 360.0f;
-  else if (sweep <= -360.0f) sweep += 360.0f;
-  FSweepAngle = sweep;
+  FStartAngle = static_cast<float>(arcStartAngle(center, radius.x, startPt));
+  FSweepAngle = normaliseSweep(SweepAngle);
   FData.Clear();
   FData.AddArc(center, radius, FStartAngle, FSweepAngle);
   flattenAndClean(arcFlatness(radius.x));

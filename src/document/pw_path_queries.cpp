@@ -107,11 +107,11 @@ TPointFArray TPW_Path::getControlPoints(bool IncludeCenterForArc, bool forceEach
   } else if (FShapeType == ShapeType::Bezier) {
     if (!DoBezierQuaters) return {FStartPt, FEndPt};
     if (!FControlPointsCache.empty()) return FControlPointsCache;
-    const TBezier b{FStartPt, FBezierCp1, FBezierCp2, FEndPt};
+    // The marks at a quarter, half and three quarters of the arc length;
+    // the three share one table of running lengths.
+    const TBezierLengthTable table(TBezier{FStartPt, FBezierCp1, FBezierCp2, FEndPt});
     pts = {FStartPt, FEndPt};
-    double total = 0.0;
-    const double len = bezierLength(b);
-    for (double f : {0.25, 0.5, 0.75}) pts.push_back(bezierPointAtLength(b, len * f, total));
+    for (double f : {0.25, 0.5, 0.75}) pts.push_back(table.pointAtLength(table.total() * f));
     FControlPointsCache = pts;
   } else {
     const TRectF r = getBoundary(false);
@@ -283,12 +283,15 @@ void TPW_Path::getLastTwoPoints(TPointF& pt1, TPointF& pt2) const {
 }
 
 float TPW_Path::findNearestBezierT(const TPointF& pt, TPointF& ActualPt) const {
+  // An exhaustive scan of 10001 samples, no refinement. Distances are kept
+  // as singles, and only a strictly closer sample replaces the best, so on
+  // a tie the smallest t wins.
   float bestT = 0.0f;
-  double bestD = std::numeric_limits<double>::infinity();
+  float bestD = 0.0f;
   for (int i = 0; i <= 10000; ++i) {
-    const float t = static_cast<float>(i) / 10000.0f;
+    const float t = static_cast<float>(i / 10000.0);
     const TPointF q = cubicPointAt(FStartPt, FBezierCp1, FBezierCp2, FEndPt, t);
-    const double d = std::hypot(double(q.x) - pt.x, double(q.y) - pt.y);
+    const float d = distanceOf(q, pt);
     if (i == 0 || d < bestD) {
       bestD = d;
       bestT = t;

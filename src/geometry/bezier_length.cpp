@@ -39,29 +39,37 @@ double bezierSegmentLength(const TBezier& b, double t0, double t1) {
 
 double bezierLength(const TBezier& b) { return bezierSegmentLength(b, 0.0, 1.0); }
 
-TPointF bezierPointAtLength(const TBezier& b, double distance, double& total) {
-  total = bezierLength(b);
-  if (!(total > 0.0) || !(distance > 0.0)) return b.P0;
-  if (distance >= total) return b.P3;
+TBezierLengthTable::TBezierLengthTable(const TBezier& b) : FCurve(b), FTotal(bezierLength(b)) {}
 
-  constexpr int kSteps = 64;
-  double tableT[kSteps + 1];
-  double tableLen[kSteps + 1];
-  tableT[0] = 0.0;
-  tableLen[0] = 0.0;
-  for (int i = 1; i <= kSteps; ++i) {
-    tableT[i] = double(i) / kSteps;
-    tableLen[i] = tableLen[i - 1] + bezierSegmentLength(b, tableT[i - 1], tableT[i]);
+TPointF TBezierLengthTable::pointAtLength(double distance) const {
+  const TBezier& b = FCurve;
+  if (!(FTotal > 0.0) || !(distance > 0.0)) return b.P0;
+  if (distance >= FTotal) return b.P3;
+
+  auto stepT = [](int i) { return double(i) / kSteps; };
+  if (!FBuilt) {
+    FLength[0] = 0.0;
+    for (int i = 1; i <= kSteps; ++i)
+      FLength[i] = FLength[i - 1] + bezierSegmentLength(b, stepT(i - 1), stepT(i));
+    FBuilt = true;
   }
+  // The first step whose running length reaches the distance, the last at
+  // the latest; then 31 halvings of that step.
   int i = 1;
-  while (i < kSteps && tableLen[i] < distance) ++i;
-
-  double lo = tableT[i - 1], hi = tableT[i];
+  while (i < kSteps && FLength[i] < distance) ++i;
+  const double t0 = stepT(i - 1);
+  double lo = t0, hi = stepT(i);
   for (int round = 0; round < 31; ++round) {
     const double mid = (lo + hi) / 2.0;
-    const double len = tableLen[i - 1] + bezierSegmentLength(b, tableT[i - 1], mid);
+    const double len = FLength[i - 1] + bezierSegmentLength(b, t0, mid);
     if (distance > len) lo = mid;
     else hi = mid;
   }
   return cubicPointAt(b.P0, b.P1, b.P2, b.P3, (lo + hi) / 2.0);
+}
+
+TPointF bezierPointAtLength(const TBezier& b, double distance, double& total) {
+  const TBezierLengthTable table(b);
+  total = table.total();
+  return table.pointAtLength(distance);
 }

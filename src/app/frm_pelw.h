@@ -78,8 +78,9 @@ class TfrmPelw : public TViewState {
   // The end of a user's action that changed the document: the undo
   // snapshot is taken here, the document is marked changed.
   void finishDocumentChange();
-  // True while a shape drag or a Bezier handle edit is under way: the
-  // moving shape's crossings are gathered when it ends, not on every step.
+  // Set by the drag and Bezier handle tools while they run: no crossings
+  // are gathered meanwhile (adds and changes only drop old ones), and the
+  // tool calls shapeChanged for its shapes when it ends.
   bool FHoldCrossings = false;
 
   // ---- language ----

@@ -37,16 +37,14 @@ inline std::unique_ptr<TPW_Path> arcAt(TPointF center, float r, double a0, float
   return arc(center, r, start, sweep, id);
 }
 
-inline std::unique_ptr<TPW_Path> circle(TPointF center, float diameter, int id = 1) {
-  auto s = blank(id);
-  s->drawEllipsePath(center, diameter, diameter);
-  return s;
-}
-
 inline std::unique_ptr<TPW_Path> ellipse(TPointF center, float w, float h, int id = 1) {
   auto s = blank(id);
   s->drawEllipsePath(center, w, h);
   return s;
+}
+
+inline std::unique_ptr<TPW_Path> circle(TPointF center, float diameter, int id = 1) {
+  return ellipse(center, diameter, diameter, id);
 }
 
 inline std::unique_ptr<TPW_Path> bezier(TPointF p0, TPointF p1, TPointF p2, TPointF p3, int id = 1) {
@@ -74,9 +72,13 @@ inline void fillRandomDocument(TShapeList& doc, unsigned seed, int count, float 
   doc.SetIsIndependentLayer(1, true);
   doc.SetlayerVisible(2, false);
   std::vector<TPointF> ends;
+  // Snapped to an earlier end, stopped just short of one, or anywhere.
   auto somePoint = [&]() {
-    if (!ends.empty() && unit(rng) < 0.35f) return ends[rng() % ends.size()];
-    return TPointF(pos(rng), pos(rng));
+    const float draw = unit(rng);
+    if (ends.empty() || draw > 0.5f) return TPointF(pos(rng), pos(rng));
+    const TPointF e = ends[rng() % ends.size()];
+    if (draw < 0.3f) return e;
+    return TPointF(e.x + (unit(rng) - 0.5f) * 0.2f, e.y + (unit(rng) - 0.5f) * 0.2f);
   };
   auto near = [&](TPointF p) {
     const float a = unit(rng) * 6.2831853f, l = len(rng);
@@ -85,42 +87,23 @@ inline void fillRandomDocument(TShapeList& doc, unsigned seed, int count, float 
   for (int i = 0; i < count; ++i) {
     std::unique_ptr<TPW_Path> s;
     const TPointF p = somePoint();
-    switch (kind(rng)) {
-      case 0:
-      case 1:
-      case 2:
-        s = line(p, near(p));
-        break;
-      case 3: {  // straight on from an earlier point, or a copy of a line
-        const TPointF q = near(p);
-        s = line(p, TPointF::fromDouble(2.0 * q.x - p.x, 2.0 * q.y - p.y));
-        break;
-      }
-      case 4:
-      case 5: {
-        const TPointF c = near(p);
-        const float r = distanceOf(c, p);
-        const float sweep = (unit(rng) - 0.5f) * 700.0f;
-        s = arc(c, r, p, sweep);
-        break;
-      }
-      case 6:
-      case 7: {
-        const TPointF c = near(p);
-        s = circle(c, 2.0f * distanceOf(c, p) + (unit(rng) < 0.5f ? 0.0f : unit(rng) * 4.0f));
-        break;
-      }
-      case 8:
-      case 9:
-        s = bezier(p, near(p), near(p), near(p));
-        break;
-      case 10:
-        s = ellipse(p, len(rng), len(rng));
-        break;
-      default:
-        s = unit(rng) < 0.5f ? dot(p, 1.0f) : line(p, near(p));
-        if (unit(rng) < 0.3f) s->FIsDimensionLine = true;
-        break;
+    const int k = kind(rng);
+    const TPointF q = near(p);
+    if (k < 3) {
+      s = line(p, q);
+    } else if (k == 3) {  // straight on through an earlier point
+      s = line(p, TPointF::fromDouble(2.0 * q.x - p.x, 2.0 * q.y - p.y));
+    } else if (k < 6) {  // an arc or a circle through an earlier point
+      s = arc(q, distanceOf(q, p), p, (unit(rng) - 0.5f) * 700.0f);
+    } else if (k < 8) {
+      s = circle(q, 2.0f * distanceOf(q, p) + (unit(rng) < 0.5f ? 0.0f : unit(rng) * 4.0f));
+    } else if (k < 10) {
+      s = bezier(p, q, near(p), near(p));
+    } else if (k == 10) {
+      s = ellipse(p, len(rng), len(rng));
+    } else {
+      s = unit(rng) < 0.5f ? dot(p, 1.0f) : line(p, q);
+      s->FIsDimensionLine = unit(rng) < 0.3f;
     }
     ends.push_back(s->FStartPt);
     ends.push_back(s->FEndPt);

@@ -14,6 +14,7 @@
 #include "app/multi_lang.h"
 #include "document/intersections.h"
 #include "document/shape_list.h"
+#include "libraries/draw_pallet.h"
 #include "platform/main_thread.h"
 #include "surface/view_state.h"
 
@@ -82,6 +83,10 @@ class TfrmPelw : public TViewState {
   // are gathered meanwhile (adds and changes only drop old ones), and the
   // tool calls shapeChanged for its shapes when it ends.
   bool FHoldCrossings = false;
+
+  // ---- line palette ----
+  // The forty line types; new shapes take the current row.
+  TPalletList FPalletList;
 
   // ---- language ----
   std::unique_ptr<TMultiLang> FMultiLang;

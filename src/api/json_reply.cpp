@@ -52,7 +52,7 @@ void appendJsonString(std::string& out, std::string_view s) {
       ++i;
       continue;
     }
-    if (c < 32 || c == 127) {
+    if (c < 32) {
       appendUnicodeEscape(out, c);
       ++i;
       continue;

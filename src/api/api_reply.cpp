@@ -9,30 +9,33 @@ void writePoint(TJsonReply& r, const TPointF& p) {
 
 namespace {
 
-const char* kindLetter(TPathPointKind kind) {
+// The start of an item up to its x value, by kind of path point.
+const char* itemHead(TPathPointKind kind) {
   switch (kind) {
     case TPathPointKind::MoveTo:
-      return "M";
+      return R"({"kind":"M","x":)";
     case TPathPointKind::LineTo:
-      return "L";
+      return R"({"kind":"L","x":)";
     case TPathPointKind::CurveTo:
-      return "C";
+      return R"({"kind":"C","x":)";
     case TPathPointKind::Close:
-      return "Z";
+      return R"({"kind":"Z","x":)";
   }
-  return "?";
+  return R"({"kind":"?","x":)";
 }
 
 }  // namespace
 
+// Path data is most of a large reply: each item is written in one piece.
 void writePathData(TJsonReply& r, const TPathData& data) {
   r.beginArray();
   for (const TPathPoint& p : data.points()) {
-    r.beginObject()
-        .field("kind", kindLetter(p.Kind))
-        .fieldSingle("x", p.Point.x)
-        .fieldSingle("y", p.Point.y)
-        .endObject();
+    std::string& out = r.appendValue();
+    out += itemHead(p.Kind);
+    appendJsonSingle(out, p.Point.x);
+    out += R"(,"y":)";
+    appendJsonSingle(out, p.Point.y);
+    out += '}';
   }
   r.endArray();
 }

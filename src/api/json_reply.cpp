@@ -1,6 +1,10 @@
 #include "api/json_reply.h"
 
+#include <sys/mman.h>
+#include <unistd.h>
+
 #include <cmath>
+#include <cstdint>
 
 #include "document/number_text.h"
 
@@ -69,6 +73,19 @@ void appendJsonString(std::string& out, std::string_view s) {
   out += '"';
 }
 
+void TJsonReply::reserve(size_t bytes) {
+  FOut.reserve(bytes);
+#ifdef MADV_HUGEPAGE
+  constexpr size_t kHugePage = size_t(2) << 20;
+  if (FOut.capacity() < 4 * kHugePage) return;
+  // Only the whole huge pages inside the buffer; a refusal changes nothing.
+  const auto begin = reinterpret_cast<uintptr_t>(FOut.data());
+  const uintptr_t first = (begin + kHugePage - 1) & ~(kHugePage - 1);
+  const uintptr_t last = (begin + FOut.capacity()) & ~(kHugePage - 1);
+  if (last > first) madvise(reinterpret_cast<void*>(first), last - first, MADV_HUGEPAGE);
+#endif
+}
+
 void TJsonReply::beforeValue() {
   if (FAfterKey) {
     FAfterKey = false;
@@ -120,12 +137,18 @@ TJsonReply& TJsonReply::integer(int64_t v) {
   return *this;
 }
 
+void appendJsonSingle(std::string& out, float v) {
+  if (std::isfinite(v)) appendFloatText(out, static_cast<double>(v), 15, true);
+  else out += "null";
+}
+
 TJsonReply& TJsonReply::single(float v) {
-  if (!std::isfinite(v)) return null();
   beforeValue();
-  FOut += floatToTextWithPoint(static_cast<double>(v));
+  appendJsonSingle(FOut, v);
   return *this;
 }
+
+
 
 TJsonReply& TJsonReply::numberText(std::string_view text) {
   beforeValue();

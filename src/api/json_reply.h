@@ -30,6 +30,12 @@ class TJsonReply {
   // Number text taken as it is.
   TJsonReply& numberText(std::string_view text);
   TJsonReply& text(std::string_view s);
+  // The output, after the separator of a new value: the caller appends
+  // exactly one complete JSON value to it. For the bulk of large replies.
+  std::string& appendValue() {
+    beforeValue();
+    return FOut;
+  }
   TJsonReply& boolean(bool v);
   TJsonReply& null();
 
@@ -39,6 +45,11 @@ class TJsonReply {
   TJsonReply& field(std::string_view name, std::string_view s) { return key(name).text(s); }
   TJsonReply& field(std::string_view name, bool v) { return key(name).boolean(v); }
   TJsonReply& fieldSingle(std::string_view name, float v) { return key(name).single(v); }
+
+  // Room for the whole reply, when its size can be told beforehand. A
+  // large reply asks the system for huge pages: filling tens of megabytes
+  // page by page costs more than writing them.
+  void reserve(size_t bytes);
 
   const std::string& str() const { return FOut; }
   std::string take() { return std::move(FOut); }
@@ -51,5 +62,7 @@ class TJsonReply {
   void beforeValue();
 };
 
+// Appends a model single as TJsonReply::single writes it.
+void appendJsonSingle(std::string& out, float v);
 // Appends s as a JSON string literal, quotes included, escaped to ASCII.
 void appendJsonString(std::string& out, std::string_view s);

@@ -7,7 +7,6 @@
 #include "api/api_request.h"
 #include "api/doc_endpoints.h"
 #include "api/json_reply.h"
-#include "libraries/draw_pallet.h"
 
 TEST(JsonReply, CommasKeysAndNestingFollowTheCallOrder) {
   TJsonReply r;
@@ -86,17 +85,4 @@ TEST(ApiRequest, NumbersAndWholeNumbers) {
   EXPECT_FALSE(whole("4.5"));
   EXPECT_FALSE(whole("\"4\""));
   EXPECT_FALSE(whole("1e300"));
-}
-
-TEST(ApiRequest, PaletteRowsAreOneBasedAndOutOfRangeMeansTheCurrentRow) {
-  TPalletList pallets;
-  const auto row = [&](const char* body) { return resolvePaletteRow(TJson::parse(body), pallets, 6); };
-  EXPECT_EQ(row("{}"), 6);
-  EXPECT_EQ(row(R"({"paletteIdx":1})"), 0);
-  EXPECT_EQ(row(R"({"paletteIdx":40})"), 39);
-  EXPECT_EQ(row(R"({"paletteIdx":41})"), 6);
-  EXPECT_EQ(row(R"({"paletteIdx":0})"), 6);
-  EXPECT_EQ(row(R"({"paletteIdx":-2147483648})"), 6);
-  EXPECT_EQ(resolveLayer(TJson::parse(R"({"layerId":-4})"), 2), -4);
-  EXPECT_EQ(resolveLayer(TJson::parse(R"({"layerId":[1]})"), 2), 2);
 }

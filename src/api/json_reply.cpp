@@ -1,7 +1,6 @@
 #include "api/json_reply.h"
 
 #include <sys/mman.h>
-#include <unistd.h>
 
 #include <cmath>
 #include <cstdint>

@@ -1,5 +1,8 @@
 #include "api/mcp_routes.h"
 
+#include "api/doc_endpoints.h"
+#include "api/query_endpoints.h"
+#include "api/shape_edit_endpoints.h"
 #include "app/frm_pelw.h"
 
 const char* const kMcpInfoDocument =
@@ -12,12 +15,28 @@ const char* const kMcpInfoDocument =
     "\"DELETE /shapes (body:{ids:[...]} for bulk, no body = clear all)\"]}";
 
 // Rows whose endpoints are not built yet are left out, so that they answer
-// as unknown endpoints instead of pretending.
+// as unknown endpoints instead of pretending: POST /ruler (it measures over
+// the route network) and the stitch and offset rows between PUT and
+// POST /doc/new.
 std::vector<TMcpRoute> buildMcpRoutes(TfrmPelw& form) {
   using M = TMcpRoute::TMatch;
-  (void)form;
+  using S = const std::string&;
+  TfrmPelw* f = &form;
   std::vector<TMcpRoute> t;
-  t.push_back({"GET", "/", M::Exact,
-               [](const std::string&, const std::string&) { return std::string(kMcpInfoDocument); }});
+  t.push_back({"GET", "/paths", M::Exact, [f](S, S) { return apiGetPaths(*f); }});
+  t.push_back({"GET", "/intersections", M::Exact, [f](S, S) { return apiGetIntersections(*f); }});
+  t.push_back({"GET", "/doc", M::Exact, [f](S, S) { return apiGetDoc(*f); }});
+  t.push_back({"GET", "/shapes/", M::PrefixLongerThan8, [f](S path, S) { return apiGetShape(*f, path); }});
+  t.push_back({"POST", "/shapes/line", M::Exact, [f](S, S body) { return apiCreateLine(*f, body); }});
+  t.push_back({"POST", "/shapes/circle", M::Exact, [f](S, S body) { return apiCreateCircle(*f, body); }});
+  t.push_back({"POST", "/shapes/arc", M::Exact, [f](S, S body) { return apiCreateArc(*f, body); }});
+  t.push_back({"POST", "/shapes/bezier", M::Exact, [f](S, S body) { return apiCreateBezier(*f, body); }});
+  // No length test: PUT /shapes/ reaches the handler and is refused there.
+  t.push_back({"PUT", "/shapes/", M::Prefix, [f](S path, S body) { return apiUpdateShape(*f, path, body); }});
+  t.push_back({"POST", "/doc/new", M::Exact, [f](S, S) { return apiNewDocument(*f); }});
+  t.push_back({"POST", "/viewport/fit", M::Exact, [f](S, S) { return apiFitViewport(*f); }});
+  t.push_back({"DELETE", "/shapes", M::Exact, [f](S, S body) { return apiDeleteShapes(*f, body); }});
+  t.push_back({"DELETE", "/shapes/", M::PrefixLongerThan8, [f](S path, S) { return apiDeleteShape(*f, path); }});
+  t.push_back({"GET", "/", M::Exact, [](S, S) { return std::string(kMcpInfoDocument); }});
   return t;
 }

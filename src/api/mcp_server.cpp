@@ -187,7 +187,10 @@ void TPWMCPServer::createServer() {
     if (contentType.find("charset") == std::string::npos) contentType += "; charset=utf-8";
     res.status = status;
     res.set_header("Access-Control-Allow-Origin", "*");
-    res.set_content(body, contentType);
+    // What set_content does, without copying a reply that may run to tens
+    // of megabytes.
+    res.body = std::move(body);
+    res.set_header("Content-Type", contentType);
   };
   // Two kinds of request are answered here, before the library's own
   // routing: a POST, PUT or DELETE without a Content-Length (curl -X POST

@@ -65,5 +65,5 @@ std::string TfrmPelw::mcpDispatch(const std::string& method, const std::string& 
     return mcpErrorBody("server is shutting down");
   }
   status = record.status;
-  return record.result;
+  return std::move(record.result);
 }

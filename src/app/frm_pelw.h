@@ -261,6 +261,12 @@ class TfrmPelw : public TViewState {
   // The save question; true when the command may go on.
   bool FormCloseQuery();
   void actNewProject();
+  // A new project without the save question, as the local API asks for
+  // it: unlike the New command the undo list is kept, so the new page is
+  // one more undo step.
+  void newProjectWithoutQuestion();
+  // Makes palette row `row` the current line type for new shapes.
+  void selectPalletRow(int row);
   void actLoadProject();
   void actSaveProject();
   void actSaveProjectAs();

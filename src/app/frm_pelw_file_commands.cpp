@@ -42,6 +42,34 @@ void TfrmPelw::actNewProject() {
   if (FProgramHost.showMemoPanel) FProgramHost.showMemoPanel(false);
 }
 
+void TfrmPelw::newProjectWithoutQuestion() {
+  PathList->clearAll();
+  FIntersections->Clear();
+  FSelectNextStitchingHoleMode = false;
+  FBackdrops.clear();
+  FIsPrintAreaAvailable = false;
+  FFilename.clear();
+  for (int i = 0; i < TPalletList::Count(); ++i) FPalletList[i].FIsVisible = true;
+  selectPalletRow(0);
+  updateCaption();
+  FActiveLayer = 0;
+  if (FProgramHost.layerPanelChanged) FProgramHost.layerPanelChanged();
+  takeSnapshot();
+  setChanged(false);
+  actResetView();
+  FPaintSwitches.chkHighlightActiveLayer = false;
+  if (FProgramHost.showMemoPanel) FProgramHost.showMemoPanel(false);
+}
+
+void TfrmPelw::selectPalletRow(int row) {
+  if (row < 0 || row >= TPalletList::Count()) return;
+  FPalletList.selectRow(row);
+  FSelectedPalette = row;
+  FCurrentColor = FPalletList[row].getColor();
+  FCurrentThickness = FPalletList[row].FThickness;
+  FCurrentDash = FPalletList[row].FDash;
+}
+
 void TfrmPelw::actLoadProject() {
   if (!FormCloseQuery()) return;
   std::string folder;

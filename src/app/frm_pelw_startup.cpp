@@ -68,10 +68,7 @@ void TfrmPelw::FormCreate(const std::vector<std::string>& args) {
   readOptionsFile();
   addNewSystemIronsOnce(FPrickingIronGroups, FIronStartup, FOptions.FNewPrickingIronsAdded, "en");
   palletListChanged();
-  FSelectedPalette = std::max(0, FPalletList.selectedIndex());
-  FCurrentColor = FPalletList[FSelectedPalette].getColor();
-  FCurrentThickness = FPalletList[FSelectedPalette].FThickness;
-  FCurrentDash = FPalletList[FSelectedPalette].FDash;
+  selectPalletRow(std::max(0, FPalletList.selectedIndex()));
   FViewOptions.FReverseMouseWheelZoomDirection = FOptions.FReverseMouseWheelZoomDirection;
   FViewOptions.FReverseCursorKeyGridAreaMove = FOptions.FReverseCursorKeyGridAreaMove;
   FViewOptions.FWhiteBGColor = FOptions.FWhiteBGColor;

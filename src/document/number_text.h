@@ -16,6 +16,10 @@ std::string floatToText(double value, int precision = 15);
 // an exponent: 10 -> "10.0".
 std::string floatToTextWithPoint(double value, int precision = 15);
 
+// Appends the text of floatToText (or, with withPoint, floatToTextWithPoint)
+// to out without building a string of its own: for writers of many numbers.
+void appendFloatText(std::string& out, double value, int precision = 15, bool withPoint = false);
+
 // Parses a decimal number with a point as decimal mark, locale independent.
 // Leading and trailing blanks are allowed. False when the text is not a number.
 bool textToFloat(std::string_view text, double& out);

@@ -1,7 +1,10 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <charconv>
+#include <cstring>
 #include <limits>
+#include <random>
 
 #include "document/number_text.h"
 
@@ -52,5 +55,69 @@ TEST(NumberText, TextOfEverySingleReadsBackExactly) {
     double back = 0;
     ASSERT_TRUE(textToFloat(floatToText(f), back)) << floatToText(f);
     EXPECT_EQ(static_cast<float>(back), f) << floatToText(f);
+  }
+}
+
+namespace {
+
+// The writer as first built, through the library's correctly rounded
+// scientific form: the oracle for the integer path that singles take.
+std::string referenceFloatText(double value) {
+  if (value == 0.0) return "0";
+  char buf[64];
+  const auto res = std::to_chars(buf, buf + sizeof buf, std::fabs(value), std::chars_format::scientific, 14);
+  std::string sci(buf, res.ptr);
+  const size_t ePos = sci.find('e');
+  std::string digits;
+  for (size_t i = 0; i < ePos; ++i)
+    if (sci[i] != '.') digits += sci[i];
+  const int exponent = std::atoi(sci.c_str() + ePos + 1);
+  while (digits.size() > 1 && digits.back() == '0') digits.pop_back();
+  std::string out = value < 0 ? "-" : "";
+  if (exponent >= -5 && exponent < 15) {
+    if (exponent >= 0) {
+      const size_t intLen = static_cast<size_t>(exponent) + 1;
+      if (digits.size() <= intLen) out += digits + std::string(intLen - digits.size(), '0');
+      else out += digits.substr(0, intLen) + "." + digits.substr(intLen);
+    } else {
+      out += "0." + std::string(static_cast<size_t>(-exponent - 1), '0') + digits;
+    }
+  } else {
+    out += digits.substr(0, 1);
+    if (digits.size() > 1) out += "." + digits.substr(1);
+    out += "E" + std::string(exponent < 0 ? "-" : "") + std::to_string(std::abs(exponent));
+  }
+  return out;
+}
+
+}  // namespace
+
+TEST(NumberText, SinglesTakeAFastPathWithTheSameText) {
+  std::mt19937 rng(7);
+  std::vector<float> values;
+  // Every binary exponent of a single, random mantissas and signs.
+  for (int i = 0; i < 1000000; ++i) {
+    uint32_t bits = static_cast<uint32_t>(rng());
+    float f;
+    std::memcpy(&f, &bits, sizeof f);
+    if (std::isfinite(f)) values.push_back(f);
+  }
+  // Coordinates as drawings have them, and the neighbours of powers of ten
+  // where the first digit changes.
+  std::uniform_real_distribution<float> mm(-2000, 2000);
+  for (int i = 0; i < 300000; ++i) values.push_back(mm(rng));
+  for (int e = -20; e <= 16; ++e) {
+    const float p = static_cast<float>(std::pow(10.0, e));
+    values.push_back(p);
+    values.push_back(std::nextafter(p, 0.0f));
+    values.push_back(std::nextafter(p, 1e30f));
+  }
+  for (float f : values) {
+    const std::string ref = referenceFloatText(f);
+    ASSERT_EQ(floatToText(f), ref) << std::hexfloat << f;
+    std::string appended = "x";
+    appendFloatText(appended, f, 15, true);
+    const bool bare = ref.find_first_of(".E") == std::string::npos;
+    ASSERT_EQ(appended, "x" + ref + (bare ? ".0" : "")) << std::hexfloat << f;
   }
 }

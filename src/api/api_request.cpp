@@ -1,0 +1,114 @@
+#include "api/api_request.h"
+
+#include <charconv>
+#include <cmath>
+#include <limits>
+
+#include "libraries/draw_pallet.h"
+
+namespace {
+
+// Deepest nesting of arrays and objects in the text, strings skipped. Stops
+// counting once past the limit.
+bool nestingWithin(const std::string& text, int limit) {
+  int depth = 0;
+  bool inString = false;
+  for (size_t i = 0; i < text.size(); ++i) {
+    const char c = text[i];
+    if (inString) {
+      if (c == '\\') ++i;
+      else if (c == '"') inString = false;
+      continue;
+    }
+    if (c == '"') inString = true;
+    else if (c == '[' || c == '{') {
+      if (++depth > limit) return false;
+    } else if (c == ']' || c == '}') {
+      --depth;
+    }
+  }
+  return true;
+}
+
+}  // namespace
+
+std::optional<TJson> parseJsonObject(const std::string& body) {
+  if (!nestingWithin(body, kMaxBodyDepth)) return std::nullopt;
+  TJson j = TJson::parse(body, nullptr, false);
+  if (j.is_discarded() || !j.is_object()) return std::nullopt;
+  return j;
+}
+
+double requireNumber(const TJson& obj, const char* name) {
+  const auto it = obj.find(name);
+  if (it == obj.end()) throw TApiRequestError(std::string("missing number: ") + name);
+  if (!it->is_number()) throw TApiRequestError(std::string("not a number: ") + name);
+  return it->get<double>();
+}
+
+TPointF requirePoint(const TJson& obj, const char* nameX, const char* nameY) {
+  const double x = requireNumber(obj, nameX);
+  const double y = requireNumber(obj, nameY);
+  return TPointF::fromDouble(x, y);
+}
+
+std::optional<std::array<TPointF, 4>> readBezierPoints(const TJson& obj) {
+  const auto it = obj.find("points");
+  if (it == obj.end() || !it->is_array() || it->size() != 4) return std::nullopt;
+  std::array<TPointF, 4> pts;
+  for (size_t i = 0; i < 4; ++i) {
+    const TJson& p = (*it)[i];
+    if (!p.is_object()) throw TApiRequestError("each of points must be an object with x and y");
+    pts[i] = requirePoint(p, "x", "y");
+  }
+  return pts;
+}
+
+std::optional<int> wholeNumber(const TJson& value) {
+  if (value.is_number_integer()) {
+    if (value.is_number_unsigned()) {
+      const auto u = value.get<uint64_t>();
+      if (u > static_cast<uint64_t>(std::numeric_limits<int>::max())) return std::nullopt;
+      return static_cast<int>(u);
+    }
+    const auto v = value.get<int64_t>();
+    if (v < std::numeric_limits<int>::min() || v > std::numeric_limits<int>::max()) return std::nullopt;
+    return static_cast<int>(v);
+  }
+  if (value.is_number_float()) {
+    const double d = value.get<double>();
+    if (!std::isfinite(d) || d != std::trunc(d) || d < std::numeric_limits<int>::min() ||
+        d > std::numeric_limits<int>::max())
+      return std::nullopt;
+    return static_cast<int>(d);
+  }
+  return std::nullopt;
+}
+
+std::optional<int> parseShapeId(const std::string& path) {
+  const size_t slash = path.rfind('/');
+  std::string_view text(path);
+  if (slash != std::string::npos) text.remove_prefix(slash + 1);
+  if (!text.empty() && text.front() == '+') text.remove_prefix(1);
+  if (text.empty()) return std::nullopt;
+  int v = 0;
+  const auto res = std::from_chars(text.data(), text.data() + text.size(), v);
+  if (res.ec != std::errc() || res.ptr != text.data() + text.size()) return std::nullopt;
+  if (v < 0) return std::nullopt;
+  return v;
+}
+
+int resolvePaletteRow(const TJson& obj, const TPalletList& pallets, int activeRow) {
+  const auto it = obj.find("paletteIdx");
+  if (it == obj.end()) return activeRow;
+  const auto oneBased = wholeNumber(*it);
+  if (!oneBased) return activeRow;
+  const int64_t row = int64_t{*oneBased} - 1;
+  return row >= 0 && row < TPalletList::Count() ? static_cast<int>(row) : activeRow;
+}
+
+int resolveLayer(const TJson& obj, int activeLayer) {
+  const auto it = obj.find("layerId");
+  if (it == obj.end()) return activeLayer;
+  return wholeNumber(*it).value_or(activeLayer);
+}

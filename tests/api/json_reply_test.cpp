@@ -1,0 +1,88 @@
+// The reply writer and the request readers every endpoint shares.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+
+#include "api/api_request.h"
+#include "api/doc_endpoints.h"
+#include "api/json_reply.h"
+
+TEST(JsonReply, CommasKeysAndNestingFollowTheCallOrder) {
+  TJsonReply r;
+  r.beginObject().field("b", 1).key("a").beginArray();
+  r.beginObject().endObject().beginArray().endArray().integer(-3).null().boolean(false);
+  r.endArray().field("z", true).key("o").beginObject().field("k", "v").endObject().endObject();
+  EXPECT_EQ(r.str(), R"({"b":1,"a":[{},[],-3,null,false],"z":true,"o":{"k":"v"}})");
+}
+
+TEST(JsonReply, SinglesAreWidenedAndAlwaysLookLikeFloats) {
+  const auto one = [](float v) { return TJsonReply().single(v).str(); };
+  EXPECT_EQ(one(12.3f), "12.3000001907349");
+  EXPECT_EQ(one(10.0f), "10.0");
+  EXPECT_EQ(one(-0.0f), "0.0");
+  EXPECT_EQ(one(1e-7f), "1.0000000116861E-7");
+  EXPECT_EQ(one(3e20f), "3.00000006012263E20");
+  EXPECT_EQ(one(std::numeric_limits<float>::quiet_NaN()), "null");
+  EXPECT_EQ(one(-std::numeric_limits<float>::infinity()), "null");
+  EXPECT_EQ(TJsonReply().integer(2147483647).str(), "2147483647");
+}
+
+TEST(JsonReply, TextIsEscapedToAscii) {
+  const auto one = [](std::string_view s) { return TJsonReply().text(s).str(); };
+  EXPECT_EQ(one("a\"b\\c/d"), R"("a\"b\\c/d")");
+  // Below 32 and above 127 are escaped; 127 itself is plain ASCII.
+  EXPECT_EQ(one(std::string("\x01\n\t\x1f\x7f", 5)), std::string(R"("\u0001\u000a\u0009\u001f)") + "\x7f\"");
+  EXPECT_EQ(one("caf\xC3\xA9 \xE6\x97\xA5"), R"("caf\u00e9 \u65e5")");
+  EXPECT_EQ(one("\xF0\x9F\x98\x80"), R"("\ud83d\ude00")");
+  // Broken UTF-8 becomes the replacement character, one per bad byte.
+  EXPECT_EQ(one("a\xC3"), R"("a\ufffd")");
+  EXPECT_EQ(one("\xE2\x82z"), R"("\ufffd\ufffdz")");
+  EXPECT_EQ(one("\xC0\xAF"), R"("\ufffd\ufffd")");
+  EXPECT_EQ(one(std::string("x\0y", 3)), R"("x\u0000y")");
+}
+
+TEST(ViewportNumbers, UpToThreeDecimalsRoundedHalfAwayFromZero) {
+  EXPECT_EQ(formatUpTo3Decimals(10), "10");
+  EXPECT_EQ(formatUpTo3Decimals(7.3f), "7.3");
+  EXPECT_EQ(formatUpTo3Decimals(-5), "-5");
+  EXPECT_EQ(formatUpTo3Decimals(0.1234), "0.123");
+  EXPECT_EQ(formatUpTo3Decimals(2.0005), "2.001");
+  EXPECT_EQ(formatUpTo3Decimals(-2.0005), "-2.001");
+  EXPECT_EQ(formatUpTo3Decimals(9.9996), "10");
+  EXPECT_EQ(formatUpTo3Decimals(999.9999), "1000");
+  EXPECT_EQ(formatUpTo3Decimals(0.25), "0.25");
+  EXPECT_EQ(formatUpTo3Decimals(-0.0004), "0");
+  EXPECT_EQ(formatUpTo3Decimals(0.0), "0");
+  EXPECT_EQ(formatUpTo3Decimals(123456789.0), "123456789");
+}
+
+TEST(ApiRequest, BodiesMustBeObjectsOfModestDepth) {
+  EXPECT_TRUE(parseJsonObject(R"({"a":[1,{"b":2}]})"));
+  for (const char* bad : {"", " ", "[]", "1", "null", "\"{}\"", "{", "{\"a\":1,}", "{'a':1}"})
+    EXPECT_FALSE(parseJsonObject(bad)) << bad;
+  std::string deep = "{\"a\":" + std::string(kMaxBodyDepth - 1, '[') + std::string(kMaxBodyDepth - 1, ']') + "}";
+  EXPECT_TRUE(parseJsonObject(deep));
+  deep = "{\"a\":" + std::string(kMaxBodyDepth, '[') + std::string(kMaxBodyDepth, ']') + "}";
+  EXPECT_FALSE(parseJsonObject(deep));
+  // Brackets inside strings do not count.
+  EXPECT_TRUE(parseJsonObject("{\"a\":\"" + std::string(1000, '[') + "\\\"\"}"));
+}
+
+TEST(ApiRequest, NumbersAndWholeNumbers) {
+  const TJson obj = TJson::parse(R"({"i":3,"f":-2.5,"s":"4","b":true,"n":null,"big":1e40})");
+  EXPECT_EQ(requireNumber(obj, "i"), 3.0);
+  EXPECT_EQ(requireNumber(obj, "f"), -2.5);
+  for (const char* k : {"s", "b", "n", "missing"}) EXPECT_THROW(requireNumber(obj, k), TApiRequestError) << k;
+  EXPECT_TRUE(std::isinf(requirePoint(obj, "big", "i").x));
+
+  const auto whole = [](const char* text) { return wholeNumber(TJson::parse(text)); };
+  EXPECT_EQ(whole("7"), 7);
+  EXPECT_EQ(whole("-2147483648"), std::numeric_limits<int>::min());
+  EXPECT_EQ(whole("4.0"), 4);
+  EXPECT_FALSE(whole("2147483648"));
+  EXPECT_FALSE(whole("18446744073709551615"));
+  EXPECT_FALSE(whole("4.5"));
+  EXPECT_FALSE(whole("\"4\""));
+  EXPECT_FALSE(whole("1e300"));
+}

@@ -272,16 +272,8 @@ void TfrmPelw::stitchClickedAt(const TPointF& point, bool shift) {
   }
 
   // The route, the end's stretch first; these temporaries live for this click.
-  std::vector<std::unique_ptr<TPW_Path>> route = FVertexNetwork->getActualPathList(vertex);
-  TPointF firstWaypoint = FStitchRealLastPos;
-  for (const TRouteVertex* v = vertex; v && v->FMinDistJoint; v = v->FMinDistFromVertex) firstWaypoint = v->FPoint;
-  if (firstWaypoint.identical(FStitchRealLastPos)) firstWaypoint = point;
-
-  TOpenRow row;
-  for (const auto& r : route) row.FRoute.push_back(r.get());
-  row.FEnds = TWalkEnds{FStitchRealLastPos, point, firstWaypoint, FStitchRealLastPos};
-  row.FHasEndVertex = FVertexNetwork->FEndVertex != nullptr;
-  row.FRouteLength = row.FHasEndVertex ? FVertexNetwork->FEndVertex->FMinDist : 0.0f;
+  std::vector<std::unique_ptr<TPW_Path>> route;
+  TOpenRow row = openRowAlong(*FVertexNetwork, vertex, FStitchRealLastPos, point, FStitchRealLastPos, route);
 
   validLastStitch();
   const THoleLook look{FColor_StitchingHole, 1.0f, TStrokeDash::Dot};

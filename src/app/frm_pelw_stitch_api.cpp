@@ -76,10 +76,8 @@ TfrmPelw::TStitchReply TfrmPelw::apiStitchAlongPath(const TStitchAlongPathReques
     reply.FError = "destination vertex not found in network";
     return reply;
   }
-  std::vector<std::unique_ptr<TPW_Path>> route = network.getActualPathList(endVertex);
-  TPointF firstWaypoint = request.FStartPoint;
-  for (const TRouteVertex* v = endVertex; v && v->FMinDistJoint; v = v->FMinDistFromVertex) firstWaypoint = v->FPoint;
-  if (firstWaypoint.identical(request.FStartPoint)) firstWaypoint = request.FEndPoint;
+  std::vector<std::unique_ptr<TPW_Path>> route;
+  TOpenRow row = openRowAlong(network, endVertex, request.FStartPoint, request.FEndPoint, request.FStartPoint, route);
 
   TStitchSettings settings = FStitchSettings;
   const std::string mode = lowerCase(request.FMode);
@@ -87,12 +85,6 @@ TfrmPelw::TStitchReply TfrmPelw::apiStitchAlongPath(const TStitchAlongPathReques
   settings.FPitch = request.FPitchMm;
   settings.FCornerMode = request.FCornerMode;
   settings.FNumOfHoles = static_cast<float>(request.FHoleCount);
-
-  TOpenRow row;
-  for (const auto& r : route) row.FRoute.push_back(r.get());
-  row.FEnds = TWalkEnds{request.FStartPoint, request.FEndPoint, firstWaypoint, request.FStartPoint};
-  row.FHasEndVertex = network.FEndVertex != nullptr;
-  row.FRouteLength = row.FHasEndVertex ? network.FEndVertex->FMinDist : 0.0f;
 
   // The holes of a walked row take the palette row's stroke; the corner
   // methods lay theirs as the tool does.

@@ -9,6 +9,7 @@
 #include "stitching/chain_order.h"
 #include "stitching/closed_walk.h"
 #include "stitching/corner_placement.h"
+#include "stitching/route_network.h"
 #include "stitching/row_holes.h"
 #include "stitching/stitch_rules.h"
 
@@ -52,6 +53,21 @@ void punchBest(const TPitchSearch& search, const TOpenRow& row, const TStitchSet
 }
 
 }  // namespace
+
+TOpenRow openRowAlong(const TVertexNetwork& network, const TRouteVertex* endVertex, const TPointF& start,
+                      const TPointF& end, const TPointF& lastPos,
+                      std::vector<std::unique_ptr<TPW_Path>>& stretches) {
+  stretches = network.getActualPathList(endVertex);
+  TPointF firstWaypoint = lastPos;
+  for (const TRouteVertex* v = endVertex; v && v->FMinDistJoint; v = v->FMinDistFromVertex) firstWaypoint = v->FPoint;
+  if (firstWaypoint.identical(lastPos)) firstWaypoint = end;
+  TOpenRow row;
+  for (const auto& r : stretches) row.FRoute.push_back(r.get());
+  row.FEnds = TWalkEnds{start, end, firstWaypoint, lastPos};
+  row.FHasEndVertex = network.FEndVertex != nullptr;
+  row.FRouteLength = row.FHasEndVertex ? network.FEndVertex->FMinDist : 0.0f;
+  return row;
+}
 
 TRowOutcome layOpenRow(TOpenRow& row, const TStitchSettings& settings, TRowHoles& holes, TRowCaller caller) {
   TRowOutcome out;

@@ -48,6 +48,17 @@ struct TRowOutcome {
   double chainPitch(bool closed, float pitch) const;
 };
 
+class TVertexNetwork;
+class TRouteVertex;
+
+// The row along the network's route from its start to `endVertex`: the
+// stretches (owned by `stretches`, which must outlive the row), the ends,
+// and the first waypoint, the vertex after the start (or the end when that
+// vertex is the start itself). `lastPos` is where the last hole stands.
+TOpenRow openRowAlong(const TVertexNetwork& network, const TRouteVertex* endVertex, const TPointF& start,
+                      const TPointF& end, const TPointF& lastPos,
+                      std::vector<std::unique_ptr<TPW_Path>>& stretches);
+
 // The open row. The route is turned to run from the start when a corner
 // method is tried.
 TRowOutcome layOpenRow(TOpenRow& row, const TStitchSettings& settings, TRowHoles& holes, TRowCaller caller);

@@ -43,6 +43,14 @@ TGridBox circleBox(const TPointF& c, float width) {
 
 }  // namespace
 
+bool pastLineEnds(const TDPoint& p0, const TDPoint& p1, const TDPoint& p) {
+  const double dx = p1.x - p0.x, dy = p1.y - p0.y;
+  const double len = std::hypot(dx, dy);
+  if (len <= 0.0) return false;
+  const double along = ((p.x - p0.x) * dx + (p.y - p0.y) * dy) / len;
+  return along < -kPairNear || along > len + kPairNear;
+}
+
 TRouteProbe::TRouteProbe(const std::vector<TPW_Path*>& shapes) {
   std::vector<TGridBox> shapeBoxes;
   std::vector<TGridBox> intervalBoxes;
@@ -150,6 +158,7 @@ void TRouteProbe::circleCrossings(const TPointF& center, float pitch, std::vecto
     switch (sh.kind) {
       case TKind::Line:
         intersectSegmentCircle(sh.p0, sh.p1, c, r, FSolved);
+        std::erase_if(FSolved, [&](const TDPoint& p) { return pastLineEnds(sh.p0, sh.p1, p); });
         break;
       case TKind::Ellipse:
         intersectCircles(c, r, sh.c, sh.r, FSolved);
@@ -193,6 +202,9 @@ void TRouteProbe::circleCrossingsReference(const TPointF& center, float pitch,
   collectIntersections(shapes, nullptr, found, &circle);
   for (const auto& ict : found.items()) {
     const TPW_Path* other = ict->FPath1 == &circle ? ict->FPath2 : ict->FPath1;
+    if (other->FShapeType == ShapeType::Line &&
+        pastLineEnds(toDPoint(other->FStartPt), toDPoint(other->FEndPt), toDPoint(ict->FPoint)))
+      continue;
     out.push_back(TProbeCrossing{ict->FPoint, indexOf.at(other)});
   }
 }

@@ -67,10 +67,13 @@ float TClosedWalk::walkClosedPath(int& count, float pitch, TRowHoles* holes) {
   do {
     if (FReference) FProbe.circleCrossingsReference(cur, pitch, FCrossings);
     else FProbe.circleCrossings(cur, pitch, FCrossings);
+    // The drawing's direction at cur turns the hole, and at an open end
+    // tells the way on; a dry walk needs it only there.
     int shape = -1;
     TPointF tangent;
-    const bool onShape = FReference ? FProbe.tangentAtReference(cur, shape, tangent)
-                                    : FProbe.tangentAt(cur, shape, tangent);
+    const bool wanted = holes || FCrossings.size() == 1;
+    const bool onShape = wanted && (FReference ? FProbe.tangentAtReference(cur, shape, tangent)
+                                               : FProbe.tangentAt(cur, shape, tangent));
     if (FCrossings.size() == 1 && onShape) {
       // At an open end: the nearer end of the shape is the way on.
       const TPW_Path* s = FProbe.shape(shape);
@@ -78,14 +81,15 @@ float TClosedWalk::walkClosedPath(int& count, float pitch, TRowHoles* holes) {
       FCrossings.push_back(TProbeCrossing{startNearer ? s->FStartPt : s->FEndPt, shape});
     }
     if (FCrossings.size() > 1) {
-      // Straight ahead beats turning back; the first wins a tie.
+      // Straight ahead beats turning back: the widest angle at cur between
+      // the way back and the crossing, that is the smallest cosine; the
+      // first wins a tie.
       const TPointF back = unitVectorTo(cur, prev);
-      double widest = -1.0;
+      double smallest = 2.0;
       for (const TProbeCrossing& x : FCrossings) {
         const double c = std::clamp(double(cosBetween(back, unitVectorTo(cur, x.FPoint))), -1.0, 1.0);
-        const double angle = std::acos(c);
-        if (angle > widest) {
-          widest = angle;
+        if (c < smallest) {
+          smallest = c;
           next = x.FPoint;
         }
       }

@@ -20,8 +20,19 @@ bool TDividerWalk::nearWalkedPosition(const TPointF& x, float radius) const {
 
 void TDividerWalk::appendPosition(const TPointF& cur) {
   FTrial->FPositions.push_back(cur);
-  FTrial->FDirections.push_back(FDirection);
   FWalked.insert(cur, static_cast<int>(FTrial->FPositions.size()) - 1);
+}
+
+void TDividerWalk::fillDirections(TTrial& trial) const {
+  trial.FDirections.clear();
+  TPointF direction;
+  for (const TPointF& p : trial.FPositions) {
+    int shape = -1;
+    TPointF tangent;
+    const bool onShape = FReference ? FProbe.tangentAtReference(p, shape, tangent) : FProbe.tangentAt(p, shape, tangent);
+    if (onShape) direction = tangent;
+    trial.FDirections.push_back(direction);
+  }
 }
 
 bool TDividerWalk::placeStep(int index, const TPointF& prev, const TPointF& cur, TPointF& next) {
@@ -64,11 +75,6 @@ bool TDividerWalk::placeStep(int index, const TPointF& prev, const TPointF& cur,
     }
   }
 
-  int shape = -1;
-  TPointF tangent;
-  const bool onShape = FReference ? FProbe.tangentAtReference(cur, shape, tangent)
-                                  : FProbe.tangentAt(cur, shape, tangent);
-  if (onShape) FDirection = tangent;
   appendPosition(cur);
   return found;
 }
@@ -82,7 +88,6 @@ float TDividerWalk::tryPitch(float pitch, bool useSecond, TTrial& out) {
   out.FEstimate = 0.0f;
   FPitch = pitch;
   FUseSecond = useSecond;
-  FDirection = TPointF();
   std::fill(FVisited.begin(), FVisited.end(), 0);
   FLastVisited = -1;
   FWalked.reset(std::max(double(pitch), 1e-3));
@@ -116,11 +121,6 @@ float TDividerWalk::tryPitch(float pitch, bool useSecond, TTrial& out) {
   } else {
     estimate = static_cast<float>(double(pitch) - (double(pitch) - gap) / n);
     // The end gets a position of its own.
-    int shape = -1;
-    TPointF tangent;
-    const bool onShape = FReference ? FProbe.tangentAtReference(FEnds.FEnd, shape, tangent)
-                                    : FProbe.tangentAt(FEnds.FEnd, shape, tangent);
-    if (onShape) FDirection = tangent;
     appendPosition(FEnds.FEnd);
     out.FGap = gap > half ? std::fabs(gap - pitch) : gap;
   }
@@ -152,6 +152,11 @@ void TPitchSearch::judge(TTrial& trial, float estimate, int countForN) {
   FBestCount = trial.count();
   FBestPitch = estimate;
   std::swap(FBest, trial);
+}
+
+const TTrial& TPitchSearch::bestWithDirections() {
+  if (FBest.FDirections.size() != FBest.FPositions.size()) FWalk.fillDirections(FBest);
+  return FBest;
 }
 
 void TPitchSearch::keepBestTrial(float pitch) {

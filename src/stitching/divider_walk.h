@@ -17,7 +17,9 @@
 // What one trial leaves.
 struct TTrial {
   std::vector<TPointF> FPositions;
-  std::vector<TPointF> FDirections;  // unit directions of the drawing, one per position
+  // Unit directions of the drawing, one per position; filled by
+  // TDividerWalk::fillDirections for the trial that is punched.
+  std::vector<TPointF> FDirections;
   float FGap = 0.0f;                 // how badly the row closes on the end
   float FEstimate = 0.0f;            // the pitch this trial suggests; 0 after failure
   bool FHasSecond = false;           // the first step also offered the other direction
@@ -50,6 +52,11 @@ class TDividerWalk {
   // One step from cur: appends cur with the drawing's direction to the
   // trial and finds the next position. False when there is none.
   bool placeStep(int index, const TPointF& prev, const TPointF& cur, TPointF& next);
+  // The drawing's direction at each position: of the interval the position
+  // lies on, or where it lies on none the direction before it. The walk
+  // itself does not need them, so a trial gets them only when it is kept
+  // for punching.
+  void fillDirections(TTrial& trial) const;
 
   bool endlessLoop() const { return FEndless; }
   const TWalkEnds& ends() const { return FEnds; }
@@ -65,7 +72,6 @@ class TDividerWalk {
   TTrial* FTrial = nullptr;
   float FPitch = 0.0f;
   bool FUseSecond = false;
-  TPointF FDirection;  // the drawing's direction at the last position
   std::vector<char> FVisited;
   int FLastVisited = -1;
   TPointGrid FWalked;
@@ -93,6 +99,8 @@ class TPitchSearch {
 
   bool kept() const { return FKept; }
   const TTrial& best() const { return FBest; }
+  // The best trial with the drawing's direction at each position.
+  const TTrial& bestWithDirections();
   float bestGap() const { return FBestGap; }
   int bestCount() const { return FBestCount; }
   float bestPitch() const { return FBestPitch; }

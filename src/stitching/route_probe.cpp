@@ -41,6 +41,25 @@ TGridBox circleBox(const TPointF& c, float width) {
   return TGridBox{lt.x, lt.y, rb.x, rb.y};
 }
 
+// Whether the solver could find a point of the segment on the circle: the
+// segment, stretched by the solver's 0.8 % at each end, must neither lie
+// wholly inside the circle nor wholly further from its centre than the
+// solver's tangency slack allows. Both tests keep a margin, so that only
+// pieces the solver would reject are passed over.
+bool pieceMayMeetCircle(const TDPoint& p0, const TDPoint& p1, const TDPoint& c, double r) {
+  const double dx = p1.x - p0.x, dy = p1.y - p0.y;
+  const double ax = p0.x - 0.008 * dx - c.x, ay = p0.y - 0.008 * dy - c.y;
+  const double bx = p1.x + 0.008 * dx - c.x, by = p1.y + 0.008 * dy - c.y;
+  const double inner = r - 1e-6;
+  if (inner > 0.0 && ax * ax + ay * ay < inner * inner && bx * bx + by * by < inner * inner) return false;
+  // Nearest point of the stretched segment to the centre.
+  const double ex = bx - ax, ey = by - ay, len2 = ex * ex + ey * ey;
+  double t = len2 > 0.0 ? -(ax * ex + ay * ey) / len2 : 0.0;
+  t = std::clamp(t, 0.0, 1.0);
+  const double nx = ax + t * ex, ny = ay + t * ey;
+  return nx * nx + ny * ny <= r * r + 0.005 + 1e-6 * (1.0 + r * r);
+}
+
 }  // namespace
 
 bool pastLineEnds(const TDPoint& p0, const TDPoint& p1, const TDPoint& p) {
@@ -172,7 +191,7 @@ void TRouteProbe::circleCrossings(const TPointF& center, float pitch, std::vecto
         // pair's list across pieces.
         for (int k = 0; k < sh.pieceCount; ++k) {
           const TPiece& pc = FPieces[size_t(sh.firstPiece + k)];
-          if (!gridBoxesMeet(pc.box, cbox, kBoxMargin)) continue;
+          if (!gridBoxesMeet(pc.box, cbox, kBoxMargin) || !pieceMayMeetCircle(pc.p0, pc.p1, c, r)) continue;
           FPieceSolved.clear();
           intersectSegmentCircle(pc.p0, pc.p1, c, r, FPieceSolved);
           FSolved.insert(FSolved.end(), FPieceSolved.begin(), FPieceSolved.end());

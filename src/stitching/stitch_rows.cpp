@@ -28,9 +28,9 @@ float countModePitch(float routeLength, float n, TRowCaller caller) {
   return static_cast<float>(double(static_cast<float>(tenThousandths / (double(n) - 1.0))) / 10000.0);
 }
 
-void punchBest(const TPitchSearch& search, const TOpenRow& row, const TStitchSettings& settings,
+void punchBest(TPitchSearch& search, const TOpenRow& row, const TStitchSettings& settings,
                TRowHoles& holes, TRowCaller caller, TRowOutcome& out) {
-  const TTrial& best = search.best();
+  const TTrial& best = search.bestWithDirections();
   const float pitch = search.bestPitch();
   const float half = pitch / 2.0f;
   const bool tool = caller == TRowCaller::Tool;

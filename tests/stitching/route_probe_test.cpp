@@ -117,6 +117,8 @@ TEST(RouteProbe, WholeTrialsEqualTheReferenceWalk) {
     for (float pitch : {2.5f, 3.85f, 4.0f, 6.0f}) {
       TTrial tf, ts;
       const float ef = fast.tryPitch(pitch, false, tf), es = slow.tryPitch(pitch, false, ts);
+      fast.fillDirections(tf);
+      slow.fillDirections(ts);
       EXPECT_EQ(ef, es) << "seed " << seed << " pitch " << pitch;
       EXPECT_EQ(tf.FGap, ts.FGap);
       ASSERT_EQ(tf.count(), ts.count());

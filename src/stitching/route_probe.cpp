@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <numbers>
 #include <unordered_map>
 
 #include "document/intersections.h"
@@ -70,6 +71,34 @@ bool pastLineEnds(const TDPoint& p0, const TDPoint& p1, const TDPoint& p) {
   return along < -kPairNear || along > len + kPairNear;
 }
 
+void TRouteProbe::prepareArcFilter(TShape& sh) {
+  const TPW_Path& a = *sh.path;
+  const double sweep = double(a.FSweepAngle) * std::numbers::pi / 180.0;
+  if (!(sh.r > 0.05) || std::fabs(sweep) > std::numbers::pi) return;
+  const double aStart = std::atan2(double(a.FStartPt.y) - sh.c.y, double(a.FStartPt.x) - sh.c.x);
+  // The end point must be where the sweep ends, since points near it count.
+  const double aEnd = aStart + sweep;
+  const double ex = double(a.FEndPt.x) - sh.c.x, ey = double(a.FEndPt.y) - sh.c.y;
+  const double el = std::hypot(ex, ey);
+  if (!(el > 0.0) || (ex * std::cos(aEnd) + ey * std::sin(aEnd)) / el < std::cos(1e-3)) return;
+  const double nearAngle = 1.6 * 0.0081 / (sh.r - 0.0081) + 1e-3;
+  const double half = std::fabs(sweep) / 2.0 + nearAngle;
+  if (half >= std::numbers::pi) return;
+  sh.angleFilter = true;
+  sh.mx = std::cos(aStart + sweep / 2.0);
+  sh.my = std::sin(aStart + sweep / 2.0);
+  sh.cosLimit = std::cos(half);
+}
+
+bool TRouteProbe::onArc(const TShape& sh, const TDPoint& p) const {
+  if (sh.angleFilter) {
+    const double dx = p.x - sh.c.x, dy = p.y - sh.c.y;
+    const double d = std::sqrt(dx * dx + dy * dy);
+    if (d > 0.0 && dx * sh.mx + dy * sh.my < d * sh.cosLimit) return false;
+  }
+  return isPointOnArc(*sh.path, p.x, p.y);
+}
+
 TRouteProbe::TRouteProbe(const std::vector<TPW_Path*>& shapes) {
   std::vector<TGridBox> shapeBoxes;
   std::vector<TGridBox> intervalBoxes;
@@ -92,6 +121,7 @@ TRouteProbe::TRouteProbe(const std::vector<TPW_Path*>& shapes) {
       case TKind::Arc:
         sh.c = toDPoint(s->FCenter);
         sh.r = s->FWidth;
+        prepareArcFilter(sh);
         break;
       case TKind::Ellipse:
         sh.c = toDPoint(s->FCenter);
@@ -184,7 +214,7 @@ void TRouteProbe::circleCrossings(const TPointF& center, float pitch, std::vecto
         break;
       case TKind::Arc:
         intersectCircles(c, r, sh.c, sh.r, FSolved);
-        std::erase_if(FSolved, [&](const TDPoint& p) { return !isPointOnArc(*sh.path, p.x, p.y); });
+        std::erase_if(FSolved, [&](const TDPoint& p) { return !onArc(sh, p); });
         break;
       case TKind::Bezier:
         // Piece by piece: the solver merges points within one piece, the

@@ -62,6 +62,10 @@ class TRouteProbe {
     TDPoint c;        // a circle or arc
     double r = 0.0;
     int firstPiece = 0, pieceCount = 0;  // a curve's flattened pieces
+    // An arc's middle direction and the cosine beyond which a point is
+    // surely off it: a cheap test before the exact one.
+    bool angleFilter = false;
+    double mx = 0.0, my = 0.0, cosLimit = -1.0;
   };
   struct TPiece {
     TDPoint p0, p1;
@@ -87,4 +91,6 @@ class TRouteProbe {
   std::vector<TPointF> FPair;
 
   void addPairPoints(int shape, std::vector<TProbeCrossing>& out);
+  static void prepareArcFilter(TShape& sh);
+  bool onArc(const TShape& sh, const TDPoint& p) const;
 };

@@ -19,7 +19,7 @@ bool between(const TPointF& a, const TPointF& b, const TPointF& cur) {
 }  // namespace
 
 TClosedWalk::TClosedWalk(const std::vector<TPW_Path*>& shapes, const TPointF& start)
-    : FProbe(shapes), FShapes(shapes), FStart(start) {
+    : FProbe(shapes), FStart(start) {
   for (TPW_Path* s : shapes)
     if (s) FOutlineLength += s->calcTotalLength();
 }

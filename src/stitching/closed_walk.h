@@ -36,7 +36,6 @@ class TClosedWalk {
 
  private:
   TRouteProbe FProbe;
-  std::vector<TPW_Path*> FShapes;
   TPointF FStart;
   double FOutlineLength = 0.0;
   bool FReference = false;

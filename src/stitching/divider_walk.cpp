@@ -146,7 +146,6 @@ void TPitchSearch::judge(TTrial& trial, float estimate, int countForN) {
              (countForN == n && FBestCount != n);
   }
   if (!accept) return;
-  if (!FKept) FEstimate = estimate;
   FKept = true;
   FBestGap = trial.FGap;
   FBestCount = trial.count();

@@ -111,7 +111,7 @@ const TVertexNetwork::TDocIndex& TVertexNetwork::doc() const {
       if (ict->FPath2 && ict->FPath2 != ict->FPath1) d->crossingsOf[ict->FPath2].push_back(ict.get());
     }
   }
-  const_cast<TVertexNetwork*>(this)->FDoc = std::move(d);
+  FDoc = std::move(d);
   return *FDoc;
 }
 

@@ -138,7 +138,7 @@ class TVertexNetwork {
 
   // The document, indexed once.
   struct TDocIndex;
-  std::unique_ptr<TDocIndex> FDoc;
+  mutable std::unique_ptr<TDocIndex> FDoc;
   const TDocIndex& doc() const;
 
   struct TMove;

@@ -281,20 +281,32 @@ bool TRouteProbe::tangentAt(const TPointF& pt, int& shape, TPointF& direction) c
 }
 
 bool TRouteProbe::tangentAtReference(const TPointF& pt, int& shape, TPointF& direction) const {
+  std::vector<TPW_Path*> shapes;
+  for (const TShape& sh : FShapes) shapes.push_back(sh.path);
+  TPW_Path* found = nullptr;
+  if (!tangentAtPoint(shapes, pt, found, direction)) return false;
+  for (size_t i = 0; i < FShapes.size(); ++i)
+    if (FShapes[i].path == found) {
+      shape = static_cast<int>(i);
+      break;
+    }
+  return true;
+}
+
+bool tangentAtPoint(const std::vector<TPW_Path*>& shapes, const TPointF& pt, TPW_Path*& shape,
+                    TPointF& direction) {
   double best = std::numeric_limits<double>::infinity();
   bool found = false;
-  for (size_t i = 0; i < FShapes.size(); ++i) {
-    if (!FShapes[i].path) continue;
-    for (const TPathInterval& iv : FShapes[i].path->getIntervalsFast(false)) {
+  for (TPW_Path* s : shapes) {
+    if (!s) continue;
+    for (const TPathInterval& iv : s->getIntervalsFast(false)) {
       if (iv.St == iv.Ed) continue;
       double cross = 0.0;
-      if (!pointOnSegmentTest(iv.St, iv.Ed, pt, kOnIntervalTolerance, cross)) continue;
-      if (cross < best) {
-        best = cross;
-        shape = static_cast<int>(i);
-        direction = unitVector(iv.St, iv.Ed);
-        found = true;
-      }
+      if (!pointOnSegmentTest(iv.St, iv.Ed, pt, kOnIntervalTolerance, cross) || !(cross < best)) continue;
+      best = cross;
+      shape = s;
+      direction = unitVector(iv.St, iv.Ed);
+      found = true;
     }
   }
   return found;

@@ -94,3 +94,10 @@ class TRouteProbe {
   static void prepareArcFilter(TShape& sh);
   bool onArc(const TShape& sh, const TDPoint& p) const;
 };
+
+// The drawing's direction at pt over a list of shapes, without a prepared
+// probe: every interval of every shape's path is tested; of those pt lies
+// on (cross product within 0.01), the smallest cross product wins. False,
+// outputs untouched, when pt lies on none.
+bool tangentAtPoint(const std::vector<TPW_Path*>& shapes, const TPointF& pt, TPW_Path*& shape,
+                    TPointF& direction);

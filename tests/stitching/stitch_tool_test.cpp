@@ -379,3 +379,46 @@ TEST_F(TStitchToolFixture, ApiSingleHole) {
   EXPECT_TRUE(frm.FIntersections->empty()) << "holes have no crossings";
   EXPECT_EQ(TfrmPelw::bladeTypeOfStitchName("anything"), "D");
 }
+
+// ---- rows on untidy drawings ----
+
+TEST_F(TStitchToolFixture, RowsBetweenAnyEndsOfARandomDrawingKeepTheDocumentConsistent) {
+  for (unsigned seed = 1; seed <= 4; ++seed) {
+    frm.PathList = std::make_unique<TShapeList>(nullptr, "en");
+    frm.FIntersections = std::make_unique<TIntersections>();
+    frm.FLastStitch = nullptr;
+    shapes::fillRandomDocument(*frm.PathList, seed, 120, 120.0f);
+    frm.recalcIntersections();
+    frm.FStitchSettings.FCornerMode = static_cast<int>(seed % 3);
+    std::vector<TPointF> ends;
+    for (const auto& s : *frm.PathList)
+      if (s->FShapeType != ShapeType::Dot && s->FLayerID == 0) ends.push_back(s->FStartPt);
+    for (size_t k = 0; k + 1 < ends.size() && k < 40; k += 2) {
+      frm.cancelStitching();
+      frm.stitchClickedAt(ends[k]);
+      frm.stitchClickedAt(ends[k + 1]);
+    }
+    const auto made = holes();
+    ASSERT_FALSE(made.empty()) << "seed " << seed;
+    std::map<int, int> linkedFrom;
+    for (const TPW_Path* h : made) {
+      if (h->FNextStitchID < 0) continue;
+      const TPW_Path* next = frm.PathList->findByID(h->FNextStitchID);
+      ASSERT_NE(next, nullptr) << "a link to a shape that is not there";
+      EXPECT_EQ(next->FShapeType, ShapeType::Hole);
+      EXPECT_EQ(++linkedFrom[h->FNextStitchID], 1) << "two holes sew into one";
+      EXPECT_NE(next, h);
+    }
+    for (const TPW_Path* h : made) {
+      EXPECT_TRUE(std::isfinite(h->FCenter.x) && std::isfinite(h->FCenter.y));
+      EXPECT_TRUE(std::isfinite(h->FRotation));
+    }
+    // No hole is punched twice. The divider walk keeps half a pitch between
+    // holes; the corner methods half the spacing of their run, which on a
+    // tiny shape may be little.
+    const double apart = frm.FStitchSettings.FCornerMode == kCornerUniform ? 1.9 : 1e-3;
+    for (size_t i = 0; i < made.size(); ++i)
+      for (size_t j = i + 1; j < made.size(); ++j)
+        EXPECT_GE(distanceOf(made[i]->FCenter, made[j]->FCenter), apart) << "seed " << seed;
+  }
+}

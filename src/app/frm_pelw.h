@@ -26,6 +26,14 @@
 #include "stitching/iron_groups.h"
 #include "surface/pallet_paint_palette.h"
 #include "surface/view_state.h"
+// ---- stitch rows ----
+#include <functional>
+#include <optional>
+
+#include "stitching/pricking_iron.h"
+#include "stitching/route_network.h"
+#include "stitching/stitch_settings.h"
+// ---- end stitch rows ----
 
 class ICanvas;
 class INumberBox;
@@ -308,7 +316,117 @@ class TfrmPelw : public TViewState {
   // the colours taken from them follow, and the canvas repaints.
   void palletListChanged();
 
+  // ==== stitch rows (src/app/frm_pelw_stitch*.cpp) ====
+  // The stitch tool's state across its clicks, the settings a row is laid
+  // with, and the operations the tool and the local API call.
+
+  // The pitch mode, corner mode and search limits; the options and the
+  // stitch panel write them here.
+  TStitchSettings FStitchSettings;
+  int FStitchingCount = 0;         // clicks of the stitching under way; 0 when idle
+  TPointF FStitchRealOrigin;       // first click
+  TPointF FStitchRealLastPos;      // the last hole: where the next press starts
+  TPointF FStitchLastDirection;    // for the press preview
+  TPointF FStitchNextPos;
+  bool FSkipFirstStitch = false;   // the first click fell on a hole: don't punch it again
+  int FSelectedNumOfBlades = 1;    // blade count chosen in the iron tree
+  int FNextHoleCnt = 1;            // blades the next press uses
+  bool FIsInvertedStitchMode = false;
+  // The iron of the chosen group, borrowed. With none, rows use a 4 mm
+  // diamond iron of the controller's own.
+  TPrickingIron* FSelectedPrickingIron = nullptr;
+  // The hole made last, to continue a chain over several commands;
+  // borrowed, and checked against the document before use.
+  TPW_Path* FLastStitch = nullptr;
+  // Points a press may aim at during a stitching: where the reach of the
+  // iron crosses the drawing.
+  std::unique_ptr<TIntersections> FStitchIntersections;
+  // The route search of the stitching under way.
+  std::unique_ptr<TVertexNetwork> FVertexNetwork;
+  std::vector<TPointF> Clicked_Points;
+  // What the stitch panel's two labels show after a row.
+  std::string FStitchCountText;   // lblNumOfStitches
+  std::string FStitchLengthText;  // lblLength
+  // Shows a message to the user (a message box in the window); with none
+  // the text is only kept in FStitchMessage.
+  std::function<void(const std::string&)> FShowStitchMessage;
+  std::string FStitchMessage;
+
+  // A mouse-up of the stitch tool at a canvas pixel: the sticky point if
+  // one stands, else the snapped position, goes to stitchClickedAt.
+  void stitchClicked(float x, float y, bool shift = false);
+  // The click sequence of the stitch tool at a point in millimetres.
+  void stitchClickedAt(const TPointF& point, bool shift = false);
+  // One press of the iron towards the click. With a canvas it only draws
+  // the preview. True when holes were made.
+  bool pressIron(ICanvas* canvas, const TPointF& clickScreen, const TPointF& clickReal, float pitch,
+                 bool shift = false);
+  // The first hole of the active layer closer than radius, or null.
+  TPW_Path* findHoleNear(const TPointF& pt, float radius) const;
+  // The one-click row round a closed outline; count and pitch of the row.
+  void placeOnClosedPath(const std::vector<TPW_Path*>& shapes, const TPointF& startPt, int& count,
+                         float& pitch);
+  // Ends the stitching under way without a row (Esc, a tool change).
+  void cancelStitching();
+  // FLastStitch when it is still a shape of the document, else null (and
+  // FLastStitch is cleared).
+  TPW_Path* validLastStitch();
+
+  // ---- the stitching endpoints of the local API ----
+  struct TStitchHoleRequest {
+    TPointF FCenter;
+    float FAngle = 0.0f;
+    std::string FStitchType = "diamond";
+    std::optional<int> FLayerId;
+    float FThickness = 1.0f;
+    TStrokeDash FDash = TStrokeDash::Solid;
+  };
+  struct TStitchAlongPathRequest {
+    TPointF FStartPoint;
+    TPointF FEndPoint;
+    std::string FMode = "auto";
+    float FPitchMm = 4.0f;
+    int FCornerMode = 2;
+    int FHoleCount = 10;
+    std::string FStitchType = "diamond";
+    std::optional<int> FLayerId;
+  };
+  struct TStitchLoopRequest {
+    TPointF FPointOnLoop;
+    std::string FMode = "auto";
+    float FPitchMm = 4.0f;
+    int FHoleCount = 10;
+    std::string FStitchType = "diamond";
+    std::optional<int> FCornerMode;  // none: the current setting
+    std::optional<int> FLayerId;
+  };
+  struct TStitchReply {
+    bool FOk = false;
+    std::string FError;          // the refusal's text when not ok
+    int FHoleCount = 0;
+    float FActualPitchMm = 0.0f;
+    bool FChainPlacement = false;  // laid by a corner method: the reply tells "cornerMode"
+    int FCornerMode = 0;
+    std::vector<int> FCreatedIds;
+  };
+  // One hole; its identifier.
+  int apiAddStitchHole(const TStitchHoleRequest& request);
+  TStitchReply apiStitchAlongPath(const TStitchAlongPathRequest& request);
+  TStitchReply apiStitchLoop(const TStitchLoopRequest& request);
+  // "french" F, "flat" L, "round" R, anything else D; any case.
+  static std::string bladeTypeOfStitchName(const std::string& stitchType);
+  // ==== end stitch rows ====
+
  private:
+  // ---- stitch rows ----
+  std::unique_ptr<TPrickingIron> FOwnStitchIron;
+  int FLastStitchID = -1;
+  TPrickingIron* stitchIron();
+  void noteLastStitch();
+  std::string stitchPhrase(const char* key, const char* english) const;
+  void finishStitching(int shownCount, const std::string& lengthText);
+  void prepareStitchCandidates();
+  std::vector<TPW_Path*> stitchHitTest(const TPointF& point) const;
   TMainThreadCalls FMainCalls;
   THeadlessDialogs FHeadlessDialogs;
   TSnapshotLinks FSnapshotLinks;

@@ -8,6 +8,8 @@ constexpr double kParamLow = -0.008;
 constexpr double kParamHigh = 1.008;
 // How far past a tangency two curves may miss and still count as touching.
 constexpr double kTouchSlack = 0.005;
+// Distance within which two points are one.
+constexpr double kPointSlack = 0.008;
 
 bool paramInside(double t) { return t >= kParamLow && t <= kParamHigh; }
 
@@ -82,6 +84,11 @@ void intersectSegmentCircle(const TDPoint& p0, const TDPoint& p1, const TDPoint&
   const double root = std::sqrt(h2 * 4.0 * A);
   const double t1 = (-B - root) / (2.0 * A);
   const double t2 = (-B + root) / (2.0 * A);
-  if (paramInside(t1)) addUniquePoint(out, TDPoint{p0.x + t1 * dx, p0.y + t1 * dy});
-  if (paramInside(t2)) addUniquePoint(out, TDPoint{p0.x + t2 * dx, p0.y + t2 * dy});
+  // The ends may be missed by the same 0.008 mm that makes two points one,
+  // measured along the segment: a fraction of its length would let a long
+  // line reach a circle millimetres past its end.
+  const double slack = kPointSlack / std::sqrt(A);
+  auto onSegment = [slack](double t) { return t >= -slack && t <= 1.0 + slack; };
+  if (onSegment(t1)) addUniquePoint(out, TDPoint{p0.x + t1 * dx, p0.y + t1 * dy});
+  if (onSegment(t2)) addUniquePoint(out, TDPoint{p0.x + t2 * dx, p0.y + t2 * dy});
 }

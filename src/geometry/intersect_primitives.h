@@ -36,6 +36,6 @@ void intersectSegments(const TDPoint& p0, const TDPoint& p1, const TDPoint& q0, 
 void intersectCircles(const TDPoint& c0, double r0, const TDPoint& c1, double r1, TDPointList& out);
 // Segment p0-p1 with the circle c, r, points in order along the segment.
 // A line that passes the circle by as little as a squared half chord of
-// -0.005 touches it; parameters within -0.008 .. 1.008 count.
+// -0.005 touches it; points up to 0.008 mm past either end count.
 void intersectSegmentCircle(const TDPoint& p0, const TDPoint& p1, const TDPoint& c, double r,
                             TDPointList& out);

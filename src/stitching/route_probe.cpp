@@ -48,9 +48,12 @@ TGridBox circleBox(const TPointF& c, float width) {
 // solver's tangency slack allows. Both tests keep a margin, so that only
 // pieces the solver would reject are passed over.
 bool pieceMayMeetCircle(const TDPoint& p0, const TDPoint& p1, const TDPoint& c, double r) {
-  const double dx = p1.x - p0.x, dy = p1.y - p0.y;
-  const double ax = p0.x - 0.008 * dx - c.x, ay = p0.y - 0.008 * dy - c.y;
-  const double bx = p1.x + 0.008 * dx - c.x, by = p1.y + 0.008 * dy - c.y;
+  // The piece stretched by the solver's 0.008 mm past each end.
+  const double len = std::hypot(p1.x - p0.x, p1.y - p0.y);
+  const double k = len > 0.0 ? 0.008 / len : 0.0;
+  const double dx = (p1.x - p0.x) * k, dy = (p1.y - p0.y) * k;
+  const double ax = p0.x - dx - c.x, ay = p0.y - dy - c.y;
+  const double bx = p1.x + dx - c.x, by = p1.y + dy - c.y;
   const double inner = r - 1e-6;
   if (inner > 0.0 && ax * ax + ay * ay < inner * inner && bx * bx + by * by < inner * inner) return false;
   // Nearest point of the stretched segment to the centre.

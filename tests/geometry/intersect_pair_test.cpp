@@ -59,6 +59,14 @@ TEST(PrimitiveSolvers, CirclesTouchWithinTheirSlack) {
   intersectSegmentCircle({-20, 5.0001}, {20, 5.0001}, {0, 0}, 5, out);
   ASSERT_EQ(out.size(), 1u);
   EXPECT_NEAR(out[0].x, 0, 1e-9);
+  // A long line stops at its end: a circle 0.5 mm past the end of a 300 mm
+  // line is not met, one 0.005 mm past still is.
+  out.clear();
+  intersectSegmentCircle({0, 0}, {300, 0}, {305.5, 0}, 5, out);
+  EXPECT_TRUE(out.empty());
+  intersectSegmentCircle({0, 0}, {300, 0}, {305.005, 0}, 5, out);
+  ASSERT_EQ(out.size(), 1u);
+  EXPECT_NEAR(out[0].x, 300.005, 1e-9);
 }
 
 TEST(PairEngine, LinesCrossJoinAtEndsAndTJoin) {

@@ -11,6 +11,8 @@ PACKAGES=(
   qt6-base-dev qt6-base-dev-tools qt6-pdf-dev qt6-svg-dev libqt6opengl6-dev libqt6svg6
   qt6-qpa-plugins libgl-dev libglu1-mesa-dev
   fontconfig fonts-dejavu-core
+  # Japanese menus and text shapes
+  fonts-ipafont-gothic
   # libraries of the model and the file formats
   nlohmann-json3-dev libpugixml-dev libzip-dev zlib1g-dev libpcre2-dev
   libpolyclipping-dev libcpp-httplib-dev libssl-dev

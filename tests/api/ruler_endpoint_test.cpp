@@ -4,7 +4,6 @@
 // of the document changes.
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <nlohmann/json.hpp>
 
 #include "api/api_test_support.h"
@@ -39,22 +38,6 @@ TEST(ApiRuler, RouteOverTwoLinesIsListedWhole) {
   // A measurement is no change.
   EXPECT_EQ(c.form.FUndoList.size(), undoSteps);
   EXPECT_EQ(c.canvasRepaints, 0);
-}
-
-TEST(ApiRuler, CrossingShortensTheWay) {
-  TApiController c;
-  // An X: from one end to the far end of the other line, over the crossing.
-  addLine(c, TPointF(0, 0), TPointF(20, 20));
-  addLine(c, TPointF(0, 20), TPointF(20, 0));
-  const auto j = nlohmann::json::parse(c.post("/ruler", R"({"x1":0,"y1":0,"x2":20,"y2":0})").body);
-  EXPECT_TRUE(j["connected"].get<bool>());
-  EXPECT_NEAR(j["totalDistance"].get<double>(), 2 * std::hypot(10.0, 10.0), 1e-4);
-  const auto& chain = j["routeChain"];
-  ASSERT_EQ(chain.size(), 3u);
-  const auto& middle = j["vertices"][chain[1].get<int>()]["point"];
-  EXPECT_DOUBLE_EQ(middle["x"].get<double>(), 10.0);
-  EXPECT_DOUBLE_EQ(middle["y"].get<double>(), 10.0);
-  EXPECT_TRUE(j["vertices"][chain.back().get<int>()]["isStart"].get<bool>());
 }
 
 TEST(ApiRuler, UnconnectedPointsStillListTheNetwork) {

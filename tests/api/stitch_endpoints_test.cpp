@@ -152,15 +152,6 @@ TEST(ApiStitchAlongPath, CornerModeBelowTwoLaysAChainAndSaysSo) {
   EXPECT_EQ(c.shapeCount(), 2u);
 }
 
-TEST(ApiStitchAlongPath, CountModeDividesTheRouteAndModeIsReadInAnyCase) {
-  TApiController c;
-  addLine(c, TPointF(0, 0), TPointF(90, 0));
-  EXPECT_EQ(c.post("/stitch/along_path",
-                   R"({"startPoint":{"x":0,"y":0},"endPoint":{"x":90,"y":0},"mode":"COUNT","holeCount":10})")
-                .body,
-            R"({"ok":true,"holeCount":10,"actualPitchMm":10,"createdIds":[)" + idList(2, 11) + "]}");
-}
-
 TEST(ApiStitchAlongPath, RefusalsLeaveTheDocumentAndTakeNoUndoStep) {
   TApiController c;
   addLine(c, TPointF(0, 0), TPointF(100, 0));
@@ -233,23 +224,6 @@ TEST(ApiStitchLoop, RoundedRectangleGetsAClosedRing) {
   c.form.actUndo();
   EXPECT_TRUE(holesOf(c).empty());
   EXPECT_EQ(c.shapeCount(), 8u);
-}
-
-TEST(ApiStitchLoop, PanelSettingsAndLayerComeBackAfterTheCall) {
-  TApiController c;
-  c.post("/shapes/circle", R"({"cx":0,"cy":0,"r":20})");
-  c.form.FStitchSettings.FPitchMode = TPitchMode::Fixed;
-  c.form.FStitchSettings.FPitch = 3.0f;
-  c.form.FStitchSettings.FCornerMode = kCornerAllJunctions;
-  EXPECT_EQ(c.post("/stitch/loop", R"({"pointOnLoop":{"x":20,"y":0},"mode":"count","holeCount":12,)"
-                                   R"("cornerMode":2,"layerId":5})")
-                .body.rfind(R"({"ok":true,"holeCount":12,)", 0),
-            0u);
-  for (const TPW_Path* h : holesOf(c)) EXPECT_EQ(h->FLayerID, 5);
-  EXPECT_EQ(c.form.FStitchSettings.FPitchMode, TPitchMode::Fixed);
-  EXPECT_FLOAT_EQ(c.form.FStitchSettings.FPitch, 3.0f);
-  EXPECT_EQ(c.form.FStitchSettings.FCornerMode, kCornerAllJunctions);
-  EXPECT_EQ(c.form.FActiveLayer, 0);
 }
 
 TEST(ApiStitchLoop, Refusals) {

@@ -43,18 +43,11 @@ TEST(StitchOptions, CopiedIntoRangeAndPitchButtonOnlyAtStartUp) {
   o.FCornerAngleThreshold = 200.0f;
   o.FAutoPitchSteps = -4;
   o.FAutoPitchPrecision = std::numeric_limits<float>::quiet_NaN();
-  o.FAutoPitchStopGap = std::numeric_limits<float>::infinity();
   stitchSettingsFromOptions(o, s, false);
   EXPECT_EQ(s.FCornerMode, kCornerUniform);
   EXPECT_FLOAT_EQ(s.FCornerAngleThreshold, 179.0f);
   EXPECT_EQ(s.FAutoPitchSteps, 0);
   EXPECT_FLOAT_EQ(s.FAutoPitchPrecision, 0.001f);
-  EXPECT_FLOAT_EQ(s.FAutoPitchStopGap, 0.1f);
-  o.FAutoPrickMode = -1;
-  o.FCornerAngleThreshold = 0.0f;
-  stitchSettingsFromOptions(o, s, false);
-  EXPECT_EQ(s.FCornerMode, kCornerSmart);
-  EXPECT_FLOAT_EQ(s.FCornerAngleThreshold, 1.0f);
 }
 
 TEST(StitchOptions, ReadAtStartUpAndTheCornerChoiceWrittenAtExit) {

@@ -1,6 +1,9 @@
 #include "api/ruler_endpoint.h"
 
+#include <algorithm>
+#include <cmath>
 #include <unordered_map>
+#include <vector>
 
 #include "api/api_reply.h"
 #include "api/api_request.h"
@@ -54,17 +57,56 @@ void writeVertices(TJsonReply& r, const TVertexNetwork& net, const TNetworkIndex
   r.endArray();
 }
 
+// The vertices near a point, by cells wider than the reach of a joint's
+// end, so that a joint looks at a handful of vertices instead of all.
+class TVertexCells {
+ public:
+  explicit TVertexCells(const TVertexNetwork& net) {
+    for (size_t i = 0; i < net.Count(); ++i) FCells[cellOf(net[i]->FPoint)].push_back(static_cast<int>(i));
+  }
+  // List positions of the vertices in the cells about p, in no order.
+  void near(const TPointF& p, std::vector<int>& out) const {
+    const auto [cx, cy] = cellOf(p);
+    for (long long dx = -1; dx <= 1; ++dx)
+      for (long long dy = -1; dy <= 1; ++dy) {
+        const auto it = FCells.find({cx + dx, cy + dy});
+        if (it != FCells.end()) out.insert(out.end(), it->second.begin(), it->second.end());
+      }
+  }
+
+ private:
+  // A joint's end reaches 0.02 mm; a cell is wider, so the eight cells
+  // around hold everything within reach.
+  static constexpr double kCell = 0.05;
+  using TCell = std::pair<long long, long long>;
+  struct TCellHash {
+    size_t operator()(const TCell& c) const { return std::hash<long long>()(c.first * 73856093LL ^ c.second); }
+  };
+  std::unordered_map<TCell, std::vector<int>, TCellHash> FCells;
+  static TCell cellOf(const TPointF& p) {
+    return {static_cast<long long>(std::floor(double(p.x) / kCell)),
+            static_cast<long long>(std::floor(double(p.y) / kCell))};
+  }
+};
+
 // A joint's two ends as the vertices that stand on them: the first vertex
 // in list order on the joint, then the next one at another place.
 void writeJoints(TJsonReply& r, const TVertexNetwork& net) {
   r.beginArray();
+  const TVertexCells cells(net);
+  std::vector<int> candidates;
   const auto& joints = net.joints();
   for (size_t j = 0; j < joints.size(); ++j) {
     const TJointInfo& joint = *joints[j];
+    candidates.clear();
+    cells.near(joint.FPoints[0].FPoint, candidates);
+    cells.near(joint.FPoints[1].FPoint, candidates);
+    std::sort(candidates.begin(), candidates.end());
+    candidates.erase(std::unique(candidates.begin(), candidates.end()), candidates.end());
     const TRouteVertex* first = nullptr;
     const TRouteVertex* second = nullptr;
-    for (size_t i = 0; i < net.Count() && !second; ++i) {
-      const TRouteVertex* v = net[i];
+    for (size_t k = 0; k < candidates.size() && !second; ++k) {
+      const TRouteVertex* v = net[size_t(candidates[k])];
       if (!joint.hasPoint(joint.FPath, v->FPoint)) continue;
       if (!first) first = v;
       else if (!v->FPoint.identical(first->FPoint)) second = v;

@@ -112,3 +112,33 @@ int resolveLayer(const TJson& obj, int activeLayer) {
   if (it == obj.end()) return activeLayer;
   return wholeNumber(*it).value_or(activeLayer);
 }
+
+double optionalNumber(const TJson& obj, const char* name, double fallback) {
+  const auto it = obj.find(name);
+  if (it == obj.end()) return fallback;
+  if (!it->is_number()) throw TApiRequestError(std::string("not a number: ") + name);
+  return it->get<double>();
+}
+
+std::string optionalText(const TJson& obj, const char* name, const std::string& fallback) {
+  const auto it = obj.find(name);
+  if (it == obj.end()) return fallback;
+  if (!it->is_string()) throw TApiRequestError(std::string("not a string: ") + name);
+  return it->get<std::string>();
+}
+
+TPointF requirePointObject(const TJson& obj, const char* name) {
+  const auto it = obj.find(name);
+  if (it == obj.end()) throw TApiRequestError(std::string("missing point: ") + name);
+  if (!it->is_object()) throw TApiRequestError(std::string("not a point object: ") + name);
+  return requirePoint(*it, "x", "y");
+}
+
+int optionalWholeNumber(const TJson& obj, const char* name, int fallback) {
+  const double v = optionalNumber(obj, name, fallback);
+  if (std::isnan(v)) return fallback;
+  const double down = std::floor(v);
+  if (down <= std::numeric_limits<int>::min()) return std::numeric_limits<int>::min();
+  if (down >= std::numeric_limits<int>::max()) return std::numeric_limits<int>::max();
+  return static_cast<int>(down);
+}

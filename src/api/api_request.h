@@ -55,3 +55,17 @@ int resolvePaletteRow(const TJson& obj, const TPalletList& pallets, int activeRo
 // The layer for a new shape: "layerId" when it is a whole number, taken
 // without looking at the layer list; else `activeLayer`.
 int resolveLayer(const TJson& obj, int activeLayer);
+
+// ---- optional values and point objects ----
+// obj[name] as a double, or `fallback` when the key is missing. Throws
+// TApiRequestError when the key holds anything but a number.
+double optionalNumber(const TJson& obj, const char* name, double fallback);
+// obj[name] as text, or `fallback` when the key is missing. Throws when the
+// key holds anything but a string.
+std::string optionalText(const TJson& obj, const char* name, const std::string& fallback);
+// obj[name] as a point: an object with the numbers "x" and "y". Throws
+// when the key is missing, is not an object, or lacks either number.
+TPointF requirePointObject(const TJson& obj, const char* name);
+// obj[name] as a whole number within 32 bits, rounded down from a
+// fraction; `fallback` when missing. Throws for anything but a number.
+int optionalWholeNumber(const TJson& obj, const char* name, int fallback);

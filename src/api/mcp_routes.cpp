@@ -2,7 +2,9 @@
 
 #include "api/doc_endpoints.h"
 #include "api/query_endpoints.h"
+#include "api/ruler_endpoint.h"
 #include "api/shape_edit_endpoints.h"
+#include "api/stitch_endpoints.h"
 #include "app/frm_pelw.h"
 
 const char* const kMcpInfoDocument =
@@ -15,9 +17,9 @@ const char* const kMcpInfoDocument =
     "\"DELETE /shapes (body:{ids:[...]} for bulk, no body = clear all)\"]}";
 
 // Rows whose endpoints are not built yet are left out, so that they answer
-// as unknown endpoints instead of pretending: POST /ruler (it measures over
-// the route network) and the stitch and offset rows between PUT and
-// POST /doc/new.
+// as unknown endpoints instead of pretending: chamfer, the two offsets, the
+// two chain smoothings and trim, between POST /stitch/along_path and
+// POST /stitch/loop.
 std::vector<TMcpRoute> buildMcpRoutes(TfrmPelw& form) {
   using M = TMcpRoute::TMatch;
   using S = const std::string&;
@@ -25,6 +27,7 @@ std::vector<TMcpRoute> buildMcpRoutes(TfrmPelw& form) {
   std::vector<TMcpRoute> t;
   t.push_back({"GET", "/paths", M::Exact, [f](S, S) { return apiGetPaths(*f); }});
   t.push_back({"GET", "/intersections", M::Exact, [f](S, S) { return apiGetIntersections(*f); }});
+  t.push_back({"POST", "/ruler", M::Exact, [f](S, S body) { return apiRuler(*f, body); }});
   t.push_back({"GET", "/doc", M::Exact, [f](S, S) { return apiGetDoc(*f); }});
   t.push_back({"GET", "/shapes/", M::PrefixLongerThan8, [f](S path, S) { return apiGetShape(*f, path); }});
   t.push_back({"POST", "/shapes/line", M::Exact, [f](S, S body) { return apiCreateLine(*f, body); }});
@@ -33,6 +36,9 @@ std::vector<TMcpRoute> buildMcpRoutes(TfrmPelw& form) {
   t.push_back({"POST", "/shapes/bezier", M::Exact, [f](S, S body) { return apiCreateBezier(*f, body); }});
   // No length test: PUT /shapes/ reaches the handler and is refused there.
   t.push_back({"PUT", "/shapes/", M::Prefix, [f](S path, S body) { return apiUpdateShape(*f, path, body); }});
+  t.push_back({"POST", "/shapes/stitch_hole", M::Exact, [f](S, S body) { return apiStitchHole(*f, body); }});
+  t.push_back({"POST", "/stitch/along_path", M::Exact, [f](S, S body) { return apiStitchAlongPath(*f, body); }});
+  t.push_back({"POST", "/stitch/loop", M::Exact, [f](S, S body) { return apiStitchLoop(*f, body); }});
   t.push_back({"POST", "/doc/new", M::Exact, [f](S, S) { return apiNewDocument(*f); }});
   t.push_back({"POST", "/viewport/fit", M::Exact, [f](S, S) { return apiFitViewport(*f); }});
   t.push_back({"DELETE", "/shapes", M::Exact, [f](S, S body) { return apiDeleteShapes(*f, body); }});

@@ -387,7 +387,7 @@ class TfrmPelw : public TViewState {
     std::string FMode = "auto";
     float FPitchMm = 4.0f;
     int FCornerMode = 2;
-    int FHoleCount = 10;
+    float FHoleCount = 10.0f;  // a number box: a fraction is taken as given
     std::string FStitchType = "diamond";
     std::optional<int> FLayerId;
   };
@@ -395,7 +395,7 @@ class TfrmPelw : public TViewState {
     TPointF FPointOnLoop;
     std::string FMode = "auto";
     float FPitchMm = 4.0f;
-    int FHoleCount = 10;
+    float FHoleCount = 10.0f;  // a number box: a fraction is taken as given
     std::string FStitchType = "diamond";
     std::optional<int> FCornerMode;  // none: the current setting
     std::optional<int> FLayerId;
@@ -415,6 +415,10 @@ class TfrmPelw : public TViewState {
   TStitchReply apiStitchLoop(const TStitchLoopRequest& request);
   // "french" F, "flat" L, "round" R, anything else D; any case.
   static std::string bladeTypeOfStitchName(const std::string& stitchType);
+  // ---- stitch settings from the options (src/app/stitch_options.cpp) ----
+  // FStitchSettings follows FOptions: called when the options are read at
+  // start-up (which also picks the pitch button) and after they change.
+  void stitchOptionsChanged(bool atStartUp = false);
   // ==== end stitch rows ====
 
  private:

@@ -11,6 +11,7 @@
 #include "app/frm_pelw.h"
 #include "app/ini_file.h"
 #include "app/safe_file.h"
+#include "app/stitch_options.h"
 #include "document/number_text.h"
 
 namespace {
@@ -66,6 +67,7 @@ void TfrmPelw::FormCreate(const std::vector<std::string>& args) {
                                             joinPath(FAppDataPath, kPrickingIronFileName), "en");
   // 9. Options, then the irons added to the table since the user's file.
   readOptionsFile();
+  stitchOptionsChanged(true);
   addNewSystemIronsOnce(FPrickingIronGroups, FIronStartup, FOptions.FNewPrickingIronsAdded, "en");
   palletListChanged();
   selectPalletRow(std::max(0, FPalletList.selectedIndex()));
@@ -190,6 +192,7 @@ void TfrmPelw::writeOptionsFile() {
     FOptions.FReverseCursorKeyGridAreaMove = FViewOptions.FReverseCursorKeyGridAreaMove;
     FOptions.FShowStitchPattern = FViewOptions.FShowStitchPattern;
     FOptions.FStitchThickness = FViewOptions.FStitchThickness;
+    stitchSettingsToOptions(FStitchSettings, FOptions);
     writeOptions(ini, FOptions, &FPalletList);
     ini.saveToFile(optionsFileName());
   } catch (const std::exception& e) {

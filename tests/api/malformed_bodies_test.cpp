@@ -49,7 +49,8 @@ TEST(ApiMalformedBodies, EveryWriteEndpointRefusesCleanly) {
       R"({"x1":1,"y1":1,"x2":2,"y2":"2","cx":1,"cy":1,"r":"1","startAngle":0,"endAngle":0,"points":[{"x":1}]})"};
   const std::vector<std::pair<std::string, std::string>> targets = {
       {"POST", "/shapes/line"}, {"POST", "/shapes/circle"}, {"POST", "/shapes/arc"},
-      {"POST", "/shapes/bezier"}, {"PUT", "/shapes/1"},      {"PUT", "/shapes/2"}};
+      {"POST", "/shapes/bezier"}, {"PUT", "/shapes/1"},      {"PUT", "/shapes/2"},
+      {"POST", "/ruler"},         {"POST", "/stitch/along_path"}, {"POST", "/stitch/loop"}};
   for (const auto& [method, path] : targets) {
     for (const auto& body : bodies) {
       const size_t before = c.shapeCount();

@@ -168,8 +168,17 @@ TEST(ApiRoutes, RowsAreTriedInTableOrder) {
   EXPECT_EQ(c.get("/DOC").status, 404);
   EXPECT_EQ(c.post("/paths", "").body, notFound("POST", "/paths"));
   // Rows not built yet answer as unknown endpoints.
-  EXPECT_EQ(c.post("/ruler", R"({"x1":0,"y1":0,"x2":1,"y2":1})").body, notFound("POST", "/ruler"));
-  EXPECT_EQ(c.post("/shapes/stitch_hole", "{}").status, 404);
+  for (const char* path : {"/shapes/chamfer", "/shapes/offset/smart", "/shapes/smooth_chain",
+                           "/shapes/smooth_chain_g2", "/shapes/trim", "/shapes/offset"})
+    EXPECT_EQ(c.post(path, "{}").body, notFound("POST", path));
+  // Built rows answer on their exact method and path only.
+  EXPECT_EQ(c.post("/ruler", "[]").body, R"({"error":"invalid JSON body"})");
+  EXPECT_EQ(c.post("/shapes/stitch_hole", "[]").body, R"({"error":"invalid JSON body"})");
+  EXPECT_EQ(c.post("/stitch/along_path", "[]").body, R"({"error":"invalid JSON body"})");
+  EXPECT_EQ(c.post("/stitch/loop", "[]").body, R"({"error":"invalid JSON body"})");
+  EXPECT_EQ(c.get("/stitch/loop").status, 404);
+  EXPECT_EQ(c.post("/stitch/Loop", "{}").status, 404);
+  EXPECT_EQ(c.post("/shapes/stitch_hole/", "{}").status, 404);
   // Nothing of that changed the document.
   EXPECT_EQ(c.shapeCount(), 1u);
   EXPECT_EQ(c.canvasRepaints, 0);

@@ -1,0 +1,243 @@
+// The stitching endpoints over real HTTP: one hole, rows along a route by
+// the divider walk and by a corner method, rows round a circle and a
+// rounded rectangle, every refusal family, and one undo step per call.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <nlohmann/json.hpp>
+
+#include "api/api_test_support.h"
+
+namespace {
+
+// A line drawn as a tool draws it: one undo step of its own.
+TPW_Path* addLine(TApiController& c, TPointF a, TPointF b) {
+  auto s = newApiTestShape();
+  s->drawLinePath(a, b);
+  TPW_Path* added = c.addShape(std::move(s));
+  c.form.finishDocumentChange();
+  return added;
+}
+
+std::vector<const TPW_Path*> holesOf(const TApiController& c) {
+  std::vector<const TPW_Path*> out;
+  for (const auto& s : *c.form.PathList)
+    if (s->FShapeType == ShapeType::Hole) out.push_back(s.get());
+  return out;
+}
+
+std::string idList(int first, int last) {
+  std::string s;
+  for (int id = first; id <= last; ++id) s += (s.empty() ? "" : ",") + std::to_string(id);
+  return s;
+}
+
+bool is500(const THttpReply& r) { return r.status == 500 && r.body.rfind("{\"error\":\"", 0) == 0; }
+
+// A 60 x 40 rectangle whose corners are quarter circles of radius 5, drawn
+// through the API as four lines and four arcs, each ending where the next
+// begins.
+void addRoundedRectangle(TApiController& c) {
+  const double q = std::acos(0.0);  // a quarter turn
+  const char* parts[] = {
+      R"({"x1":5,"y1":0,"x2":55,"y2":0})",
+      nullptr,
+      R"({"x1":60,"y1":5,"x2":60,"y2":35})",
+      nullptr,
+      R"({"x1":55,"y1":40,"x2":5,"y2":40})",
+      nullptr,
+      R"({"x1":0,"y1":35,"x2":0,"y2":5})",
+      nullptr,
+  };
+  const double centres[4][2] = {{55, 5}, {55, 35}, {5, 35}, {5, 5}};
+  for (int i = 0; i < 4; ++i) {
+    ASSERT_EQ(c.post("/shapes/line", parts[2 * i]).status, 200);
+    const double a0 = -q + i * q;
+    nlohmann::json arc = {{"cx", centres[i][0]}, {"cy", centres[i][1]}, {"r", 5}, {"startAngle", a0},
+                          {"endAngle", a0 + q}};
+    ASSERT_EQ(c.post("/shapes/arc", arc.dump()).status, 200);
+  }
+}
+
+}  // namespace
+
+// ---- one hole ----
+
+TEST(ApiStitchHole, MakesOneHoleOnTheHolePaletteRowAndOneUndoStep) {
+  TApiController c;
+  addLine(c, TPointF(0, 0), TPointF(20, 0));
+  const size_t crossings = c.form.FIntersections->Count();
+  const size_t undoSteps = c.form.FUndoList.size();
+  EXPECT_EQ(c.post("/shapes/stitch_hole", R"({"cx":5,"cy":0,"angle":30,"stitchType":"FLAT","layerId":2})").body,
+            R"({"ok":true,"id":2})");
+  const TPW_Path* h = c.form.PathList->findByID(2);
+  ASSERT_NE(h, nullptr);
+  EXPECT_EQ(h->FShapeType, ShapeType::Hole);
+  EXPECT_EQ(h->FStitchType, "L");
+  EXPECT_EQ(h->FPalletIndex, 36);
+  EXPECT_EQ(h->FColor, c.form.FColor_StitchingHole);
+  EXPECT_FLOAT_EQ(h->FRotation, 30.0f);
+  EXPECT_EQ(h->FLayerID, 2);
+  EXPECT_TRUE(h->FCenter.identical(TPointF(5, 0)));
+  EXPECT_EQ(c.form.FIntersections->Count(), crossings) << "a hole on a line makes no crossing";
+  EXPECT_EQ(c.form.FUndoList.size(), undoSteps + 1);
+  EXPECT_EQ(c.canvasRepaints, 1);
+
+  // Defaults: a diamond hole, unturned, on the active layer.
+  EXPECT_EQ(c.post("/shapes/stitch_hole", R"({"cx":9,"cy":0})").body, R"({"ok":true,"id":3})");
+  const TPW_Path* d = c.form.PathList->findByID(3);
+  EXPECT_EQ(d->FStitchType, "D");
+  EXPECT_FLOAT_EQ(d->FRotation, 0.0f);
+  EXPECT_EQ(d->FLayerID, 0);
+
+  c.form.actUndo();
+  EXPECT_EQ(c.form.PathList->findByID(3), nullptr);
+  EXPECT_NE(c.form.PathList->findByID(2), nullptr) << "undo takes back the last hole only";
+}
+
+TEST(ApiStitchHole, RefusalsChangeNothing) {
+  TApiController c;
+  EXPECT_EQ(c.post("/shapes/stitch_hole", "[1,2]").body, R"({"error":"invalid JSON body"})");
+  EXPECT_EQ(c.post("/shapes/stitch_hole", "").body, R"({"error":"invalid JSON body"})");
+  EXPECT_TRUE(is500(c.post("/shapes/stitch_hole", R"({"cx":5})")));
+  EXPECT_TRUE(is500(c.post("/shapes/stitch_hole", R"({"cx":5,"cy":0,"angle":"30"})")));
+  EXPECT_TRUE(is500(c.post("/shapes/stitch_hole", R"({"cx":5,"cy":0,"stitchType":4})")));
+  EXPECT_EQ(c.shapeCount(), 0u);
+  EXPECT_EQ(c.canvasRepaints, 0);
+}
+
+// ---- rows along a route ----
+
+TEST(ApiStitchAlongPath, HundredMillimetreLineAtPitchFour) {
+  TApiController c;
+  addLine(c, TPointF(0, 0), TPointF(100, 0));
+  const size_t undoSteps = c.form.FUndoList.size();
+  const THttpReply r =
+      c.post("/stitch/along_path", R"({"startPoint":{"x":0,"y":0},"endPoint":{"x":100,"y":0},"pitchMm":4})");
+  EXPECT_EQ(r.status, 200);
+  // The route walk's reply has no corner mode; the pitch reads to a thousandth.
+  EXPECT_EQ(r.body, R"({"ok":true,"holeCount":26,"actualPitchMm":4,"createdIds":[)" + idList(2, 27) + "]}");
+  const auto holes = holesOf(c);
+  ASSERT_EQ(holes.size(), 26u);
+  for (size_t i = 0; i < holes.size(); ++i) {
+    EXPECT_NEAR(holes[i]->FCenter.x, 4.0 * double(i), 1e-3);
+    EXPECT_NEAR(holes[i]->FCenter.y, 0.0, 1e-4);
+    EXPECT_EQ(holes[i]->FPalletIndex, 36);
+  }
+  EXPECT_EQ(c.form.FUndoList.size(), undoSteps + 1) << "a whole row is one undo step";
+  EXPECT_EQ(c.canvasRepaints, 1);
+
+  c.form.actUndo();
+  EXPECT_TRUE(holesOf(c).empty());
+  EXPECT_EQ(c.shapeCount(), 1u) << "the line stays";
+}
+
+TEST(ApiStitchAlongPath, CornerModeBelowTwoLaysAChainAndSaysSo) {
+  TApiController c;
+  addLine(c, TPointF(0, 0), TPointF(40, 0));
+  addLine(c, TPointF(40, 0), TPointF(40, 30));
+  // Each line divided by itself, a hole on the joint and one on the end:
+  // 10 + 8 + 1 holes over 70 mm.
+  const THttpReply r = c.post("/stitch/along_path",
+                              R"({"startPoint":{"x":0,"y":0},"endPoint":{"x":40,"y":30},"cornerMode":1,)"
+                              R"("stitchType":"French","layerId":4})");
+  EXPECT_EQ(r.body,
+            R"({"ok":true,"holeCount":19,"actualPitchMm":3.889,"cornerMode":1,"createdIds":[)" + idList(3, 21) + "]}");
+  for (const TPW_Path* h : holesOf(c)) {
+    EXPECT_EQ(h->FStitchType, "F");
+    EXPECT_EQ(h->FLayerID, 4);
+  }
+  c.form.actUndo();
+  EXPECT_TRUE(holesOf(c).empty());
+  EXPECT_EQ(c.shapeCount(), 2u);
+}
+
+TEST(ApiStitchAlongPath, RefusalsLeaveTheDocumentAndTakeNoUndoStep) {
+  TApiController c;
+  addLine(c, TPointF(0, 0), TPointF(100, 0));
+  addLine(c, TPointF(0, 50), TPointF(100, 50));
+  const size_t undoSteps = c.form.FUndoList.size();
+  const auto along = [&](const char* start, const char* end, const char* extra = "") {
+    return c.post("/stitch/along_path", std::string(R"({"startPoint":)") + start + R"(,"endPoint":)" + end + extra + "}");
+  };
+  EXPECT_EQ(along(R"({"x":20,"y":20})", R"({"x":100,"y":0})").body,
+            R"({"ok":false,"error":"no route found between startPoint and endPoint"})");
+  EXPECT_EQ(along(R"({"x":0,"y":0})", R"({"x":100,"y":50})").body,
+            R"({"ok":false,"error":"destination vertex not found in network"})");
+  EXPECT_EQ(along(R"({"x":0,"y":0})", R"({"x":100,"y":0})", R"(,"mode":"count","holeCount":1)").body,
+            R"({"ok":false,"error":"cannot compute pitch: no route or holeCount <= 1"})");
+  // Malformed requests.
+  EXPECT_EQ(c.post("/stitch/along_path", "not json").body, R"({"error":"invalid JSON body"})");
+  EXPECT_TRUE(is500(c.post("/stitch/along_path", R"({"startPoint":{"x":0,"y":0}})")));
+  EXPECT_TRUE(is500(along("[0,0]", R"({"x":100,"y":0})")));
+  EXPECT_TRUE(is500(along(R"({"x":0})", R"({"x":100,"y":0})")));
+  EXPECT_TRUE(is500(along(R"({"x":0,"y":0})", R"({"x":100,"y":0})", R"(,"pitchMm":"4")")));
+  EXPECT_TRUE(is500(along(R"({"x":0,"y":0})", R"({"x":100,"y":0})", R"(,"mode":2)")));
+
+  EXPECT_TRUE(holesOf(c).empty());
+  EXPECT_EQ(c.form.FUndoList.size(), undoSteps);
+  EXPECT_EQ(c.canvasRepaints, 0);
+}
+
+// ---- rows round a closed outline ----
+
+TEST(ApiStitchLoop, CircleTakesTheCountWhoseChordIsNearestThePitch) {
+  TApiController c;
+  ASSERT_EQ(c.post("/shapes/circle", R"({"cx":0,"cy":0,"r":20})").body, R"({"ok":true,"id":1})");
+  const size_t undoSteps = c.form.FUndoList.size();
+  // 31 holes, chord 40 sin(pi/31) = 4.0467 mm.
+  EXPECT_EQ(c.post("/stitch/loop", R"({"pointOnLoop":{"x":20,"y":0},"stitchType":"round"})").body,
+            R"({"ok":true,"holeCount":31,"actualPitchMm":4.047,"createdIds":[)" + idList(2, 32) + "]}");
+  for (const TPW_Path* h : holesOf(c)) {
+    EXPECT_NEAR(std::hypot(h->FCenter.x, h->FCenter.y), 20.0, 1e-3);
+    EXPECT_EQ(h->FStitchType, "R");
+  }
+  EXPECT_EQ(c.form.FUndoList.size(), undoSteps + 1);
+  c.form.actUndo();
+  EXPECT_TRUE(holesOf(c).empty());
+  EXPECT_EQ(c.shapeCount(), 1u);
+}
+
+TEST(ApiStitchLoop, RoundedRectangleGetsAClosedRing) {
+  TApiController c;
+  addRoundedRectangle(c);
+  ASSERT_EQ(c.shapeCount(), 8u);
+  const THttpReply r = c.post("/stitch/loop", R"({"pointOnLoop":{"x":30,"y":0},"cornerMode":0})");
+  const auto reply = nlohmann::json::parse(r.body);
+  ASSERT_TRUE(reply.value("ok", false)) << r.body;
+  const auto holes = holesOf(c);
+  ASSERT_EQ(reply["createdIds"].size(), holes.size());
+  EXPECT_EQ(reply["holeCount"], holes.size());
+  // Straight runs divided evenly, one hole in the middle of each corner.
+  EXPECT_EQ(holes.size(), 46u);
+  EXPECT_NE(r.body.find(R"("actualPitchMm":4.161,)"), std::string::npos) << r.body;
+  // Every hole on the outline (the corners' flattened to 0.01 mm); the ring
+  // closes from the last hole to the first.
+  for (const TPW_Path* h : holes) {
+    const double x = h->FCenter.x, y = h->FCenter.y;
+    const double dx = std::max({5.0 - x, 0.0, x - 55.0}), dy = std::max({5.0 - y, 0.0, y - 35.0});
+    EXPECT_NEAR(std::hypot(dx, dy), 5.0, 0.01) << x << "," << y;
+  }
+  const int first = reply["createdIds"].front(), last = reply["createdIds"].back();
+  EXPECT_EQ(c.form.PathList->findByID(last)->FNextStitchID, first);
+
+  c.form.actUndo();
+  EXPECT_TRUE(holesOf(c).empty());
+  EXPECT_EQ(c.shapeCount(), 8u);
+}
+
+TEST(ApiStitchLoop, Refusals) {
+  TApiController c;
+  addLine(c, TPointF(0, 0), TPointF(100, 0));
+  const size_t undoSteps = c.form.FUndoList.size();
+  EXPECT_EQ(c.post("/stitch/loop", "{").body, R"({"error":"invalid JSON body"})");
+  EXPECT_EQ(c.post("/stitch/loop", R"({"mode":"auto"})").body, R"({"error":"pointOnLoop is required"})");
+  EXPECT_EQ(c.post("/stitch/loop", R"({"pointOnLoop":{"x":50,"y":30}})").body,
+            R"({"ok":false,"error":"no shape found near pointOnLoop"})");
+  EXPECT_EQ(c.post("/stitch/loop", R"({"pointOnLoop":{"x":50,"y":0}})").body,
+            R"({"ok":false,"error":"shape at pointOnLoop is not part of a closed loop"})");
+  EXPECT_TRUE(is500(c.post("/stitch/loop", R"({"pointOnLoop":"here"})")));
+  EXPECT_TRUE(is500(c.post("/stitch/loop", R"({"pointOnLoop":{"x":50,"y":0},"holeCount":[]})")));
+  EXPECT_TRUE(holesOf(c).empty());
+  EXPECT_EQ(c.form.FUndoList.size(), undoSteps);
+}

@@ -107,27 +107,21 @@ void TJsonTextWriter::reserve(size_t bytes) {
 #endif
 }
 
-void TJsonTextWriter::beginObject() {
+void TJsonTextWriter::open(char bracket) {
   beforeValue();
-  FOut += '{';
+  FOut += bracket;
   FHasValue.push_back(false);
 }
 
-void TJsonTextWriter::endObject() {
-  FOut += '}';
+void TJsonTextWriter::close(char bracket) {
+  FOut += bracket;
   if (!FHasValue.empty()) FHasValue.pop_back();
 }
 
-void TJsonTextWriter::beginArray() {
-  beforeValue();
-  FOut += '[';
-  FHasValue.push_back(false);
-}
-
-void TJsonTextWriter::endArray() {
-  FOut += ']';
-  if (!FHasValue.empty()) FHasValue.pop_back();
-}
+void TJsonTextWriter::beginObject() { open('{'); }
+void TJsonTextWriter::endObject() { close('}'); }
+void TJsonTextWriter::beginArray() { open('['); }
+void TJsonTextWriter::endArray() { close(']'); }
 
 void TJsonTextWriter::key(std::string_view name) {
   beforeValue();
@@ -161,9 +155,4 @@ void TJsonTextWriter::intValue(long long value) {
   char buf[24];
   const auto res = std::to_chars(buf, buf + sizeof buf, value);
   FOut.append(buf, res.ptr);
-}
-
-void TJsonTextWriter::rawValue(std::string_view json) {
-  beforeValue();
-  FOut += json;
 }

@@ -41,8 +41,6 @@ class TJsonTextWriter {
   void boolValue(bool value);
   void nullValue();
   void intValue(long long value);
-  // Well-formed JSON text put in as it stands (a value already written).
-  void rawValue(std::string_view json);
   // The output, after the separator of a new value: the caller appends
   // exactly one complete JSON value to it. For the bulk of large texts,
   // where a call per number and brace would cost more than the writing.
@@ -51,9 +49,8 @@ class TJsonTextWriter {
     return FOut;
   }
 
-  // Shortcuts for a key and its value.
+  // Shortcut for a key and its value.
   void stringField(std::string_view name, std::string_view utf8) { key(name); stringValue(utf8); }
-  void rawNumberField(std::string_view name, std::string_view text) { key(name); rawNumber(text); }
 
   // Room for the whole text, when its size can be told beforehand. A large
   // text asks the system for huge pages: filling tens of megabytes page by
@@ -70,6 +67,8 @@ class TJsonTextWriter {
   bool FAfterKey = false;
   TJsonEscapes FEscapes;
 
+  void open(char bracket);
+  void close(char bracket);
   void beforeValue() {
     if (FAfterKey) {
       FAfterKey = false;

@@ -72,7 +72,7 @@ TEST(JsonTextWriter, CommasFollowNestingWhateverWritesTheValue) {
   w.key("l");
   w.beginArray();
   w.appendValue() += "1.5";
-  w.rawValue(R"({"x":[1,2]})");
+  w.appendValue() += R"({"x":[1,2]})";
   w.nullValue();
   w.endArray();
   w.endObject();

@@ -6,9 +6,8 @@
 // Inside strings only the quote and the backslash take a short escape;
 // every other character below 32 or above 127 (and DEL, in project files)
 // becomes a \uXXXX escape (line ends and tabs too, not the short "\n"
-// forms), characters beyond the
-// basic plane a surrogate pair, and bytes that are not valid UTF-8 U+FFFD,
-// one for each bad byte.
+// forms), characters beyond the basic plane a surrogate pair, and bytes
+// that are not valid UTF-8 U+FFFD, one for each bad byte.
 #pragma once
 
 #include <string>

@@ -4,36 +4,11 @@
 #include <cmath>
 #include <limits>
 
+#include "document/json_nesting.h"
 #include "libraries/draw_pallet.h"
 
-namespace {
-
-// Deepest nesting of arrays and objects in the text, strings skipped. Stops
-// counting once past the limit.
-bool nestingWithin(const std::string& text, int limit) {
-  int depth = 0;
-  bool inString = false;
-  for (size_t i = 0; i < text.size(); ++i) {
-    const char c = text[i];
-    if (inString) {
-      if (c == '\\') ++i;
-      else if (c == '"') inString = false;
-      continue;
-    }
-    if (c == '"') inString = true;
-    else if (c == '[' || c == '{') {
-      if (++depth > limit) return false;
-    } else if (c == ']' || c == '}') {
-      --depth;
-    }
-  }
-  return true;
-}
-
-}  // namespace
-
 std::optional<TJson> parseJsonObject(const std::string& body) {
-  if (!nestingWithin(body, kMaxBodyDepth)) return std::nullopt;
+  if (!jsonNestingWithin(body, kMaxBodyDepth)) return std::nullopt;
   TJson j = TJson::parse(body, nullptr, false);
   if (j.is_discarded() || !j.is_object()) return std::nullopt;
   return j;

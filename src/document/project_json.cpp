@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "document/json_nesting.h"
 #include "document/json_text_writer.h"
 #include "document/json_value_forms.h"
 #include "document/number_text.h"
@@ -187,24 +188,9 @@ TParsedJsonText parseJsonFileText(const std::string& bytes,
   if (!repaired.empty()) text = repaired;
   // Nesting depth, counted outside strings, before the parser builds a tree
   // that deep.
-  int depth = 0;
-  bool inString = false;
-  for (size_t i = 0; i < text.size(); ++i) {
-    const char c = text[i];
-    if (inString) {
-      if (c == '\\') ++i;
-      else if (c == '"') inString = false;
-      continue;
-    }
-    if (c == '"') inString = true;
-    else if (c == '{' || c == '[') {
-      if (++depth > kMaxJsonDepth) {
-        result.FProblem = "the text nests deeper than " + std::to_string(kMaxJsonDepth) + " levels";
-        return result;
-      }
-    } else if (c == '}' || c == ']') {
-      --depth;
-    }
+  if (!jsonNestingWithin(text, kMaxJsonDepth)) {
+    result.FProblem = "the text nests deeper than " + std::to_string(kMaxJsonDepth) + " levels";
+    return result;
   }
   try {
     result.FRoot = nlohmann::ordered_json::parse(text.begin(), text.end(), callback);

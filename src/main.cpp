@@ -9,7 +9,10 @@
 #include <vector>
 
 #include "app/command_line.h"
+#include "app/demo_projects.h"
 #include "app/frm_pelw.h"
+#include "app/safe_file.h"
+#include "app/sample_project_file.h"
 #include "platform/qt/main_window.h"
 #include "platform/qt/qt_dialogs.h"
 #include "platform/qt/qt_main_thread.h"
@@ -19,15 +22,40 @@
 
 namespace {
 
+// Qt's arguments with the offscreen platform asked for: no display is
+// needed, and Qt still gives fonts and an event loop.
+struct TOffscreenArgs {
+  char platformFlag[10] = "-platform";
+  char platformName[10] = "offscreen";
+  std::vector<char*> args;
+  int argc = 0;
+  TOffscreenArgs(int n, char** argv) : args(argv, argv + n) {
+    args.insert(args.begin() + 1, {platformFlag, platformName});
+    argc = static_cast<int>(args.size());
+  }
+};
+
+int runWriteSample(int argc, char** argv, const TCommandLine& cl) {
+  TOffscreenArgs qt(argc, argv);
+  QGuiApplication app(qt.argc, qt.args.data());
+  std::setlocale(LC_NUMERIC, "C");
+  // The sample's text shapes take their outlines from the text layout.
+  TQtTextLayout textLayoutService;
+  setTextLayout(&textLayoutService);
+  int rc = 0;
+  try {
+    writeFileAtomically(cl.writeSampleFile, cardHolderSampleFileText());
+  } catch (const std::exception& e) {
+    std::fprintf(stderr, "pelwright: %s\n", e.what());
+    rc = 1;
+  }
+  setTextLayout(nullptr);
+  return rc;
+}
+
 int runHeadless(int argc, char** argv, const TCommandLine& cl) {
-  // No display is needed: Qt's offscreen platform still gives fonts and an
-  // event loop.
-  std::vector<char*> qtArgs(argv, argv + argc);
-  char platformFlag[] = "-platform";
-  char platformName[] = "offscreen";
-  qtArgs.insert(qtArgs.begin() + 1, {platformFlag, platformName});
-  int qtArgc = static_cast<int>(qtArgs.size());
-  QGuiApplication app(qtArgc, qtArgs.data());
+  TOffscreenArgs qt(argc, argv);
+  QGuiApplication app(qt.argc, qt.args.data());
   std::setlocale(LC_NUMERIC, "C");
   TQtTextLayout textLayoutService;
   setTextLayout(&textLayoutService);
@@ -66,6 +94,7 @@ int runWindow(int argc, char** argv, const TCommandLine& cl) {
   TfrmPelw form;
   form.FApiPort = cl.apiPort;
   form.FDialogs = &dialogs;
+  form.FDemoSourcePath = shippedDemoFolder(QCoreApplication::applicationDirPath().toStdString());
   form.FFontExists = [](const std::string& family) {
     return QFontDatabase::families().contains(QString::fromStdString(family));
   };
@@ -100,5 +129,6 @@ int main(int argc, char** argv) {
     std::fprintf(stderr, "pelwright: %s\n%s", cl.error.c_str(), commandLineHelp().c_str());
     return 2;
   }
+  if (!cl.writeSampleFile.empty()) return runWriteSample(argc, argv, cl);
   return cl.headless ? runHeadless(argc, argv, cl) : runWindow(argc, argv, cl);
 }

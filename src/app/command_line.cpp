@@ -10,6 +10,12 @@ TCommandLine parseCommandLine(int argc, const char* const* argv) {
       cl.headless = true;
     } else if (a == "--help" || a == "-h") {
       cl.help = true;
+    } else if (a == "--write-sample") {
+      if (i + 1 >= argc || argv[i + 1][0] == '\0') {
+        cl.error = "--write-sample needs a file name";
+        return cl;
+      }
+      cl.writeSampleFile = argv[++i];
     } else if (a == "--api-port" || a.rfind("--api-port=", 0) == 0) {
       std::string value;
       if (a == "--api-port") {
@@ -47,5 +53,8 @@ std::string commandLineHelp() {
          "                    Ends on SIGINT or SIGTERM.\n"
          "  --api-port N      port of the local API on 127.0.0.1 (default 7777)\n"
          "  --instance-id ID  marks a window opened from another one\n"
+         "  --write-sample FILE\n"
+         "                    write the card holder sample project to FILE\n"
+         "                    and end\n"
          "  --help            show this text\n";
 }

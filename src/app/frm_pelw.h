@@ -196,6 +196,13 @@ class TfrmPelw : public TViewState {
   TProgramHost FProgramHost;
   // True for --headless: no demo project, nothing that needs a person.
   bool FHeadless = false;
+  // The canvas size --headless works with, having no window to measure.
+  static constexpr int kHeadlessCanvasWidth = 1200;
+  static constexpr int kHeadlessCanvasHeight = 800;
+  // The shipped demo projects (the "demo" folder beside the executable);
+  // copied into the application data folder before the demo opens. Empty:
+  // only what that folder already holds.
+  std::string FDemoSourcePath;
   // Whether the system has a font family (the window's toolkit knows).
   std::function<bool(const std::string&)> FFontExists;
   // Set once the save question was answered for closing the window.

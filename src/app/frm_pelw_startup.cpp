@@ -8,6 +8,7 @@
 
 #include "api/mcp_routes.h"
 #include "app/app_paths.h"
+#include "app/demo_projects.h"
 #include "app/frm_pelw.h"
 #include "app/ini_file.h"
 #include "app/safe_file.h"
@@ -98,6 +99,9 @@ void TfrmPelw::FormCreate(const std::vector<std::string>& args) {
   }
   if (!FIronStartup.FMessage.empty()) showFault(FIronStartup.FMessage);
   updateCaption();
+  // With no window there is no canvas to measure: a common window's
+  // drawing area, so that fitting the view gives sensible numbers.
+  if (FHeadless && (FPboxWidth <= 0 || FPboxHeight <= 0)) pboxResize(kHeadlessCanvasWidth, kHeadlessCanvasHeight);
   // 16. The command line, else a leftover autosave file, else a new document.
   const TCommandLineStart start = handleCommandLine(args);
   bool loaded = start.FProjectLoaded;
@@ -251,6 +255,7 @@ std::string TfrmPelw::demoProjectFileName() const {
 
 void TfrmPelw::openDemoProject() {
   const std::string file = demoProjectFileName();
+  deployDemoProjects(FDemoSourcePath, joinPath(FAppDataPath, "demo"));
   std::error_code ec;
   if (!std::filesystem::is_regular_file(file, ec)) {
     showFault("Demo project file not found.");

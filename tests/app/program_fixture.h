@@ -13,6 +13,8 @@ struct TProgram {
   TTempDir dir;
   TScriptedDialogs dialogs;
   std::unique_ptr<TfrmPelw> form;
+  // The shipped demo folder the next start copies from; empty for none.
+  std::string demoSource;
 
   std::string appData() const { return dir.file("appdata"); }
   std::string file(const std::string& name) const { return dir.file(name); }
@@ -26,6 +28,7 @@ struct TProgram {
     form->FDialogs = &dialogs;
     form->FHeadless = headless;
     form->FApiPort = 0;
+    form->FDemoSourcePath = demoSource;
     form->FormCreate(args);
     return *form;
   }

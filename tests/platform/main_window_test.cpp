@@ -1,5 +1,6 @@
-// The real window on the offscreen platform: the sample open, reset view,
-// wheel zoom, the View menu, and screenshots when asked for.
+// The real window on the offscreen platform with the sample project opened
+// from the command line: the fitted view, reset view by its key, wheel
+// zoom, the View menu, and screenshots when asked for.
 #include <gtest/gtest.h>
 
 #include <QApplication>
@@ -7,33 +8,33 @@
 #include <QElapsedTimer>
 #include <QImage>
 #include <QLabel>
+#include <QTest>
 #include <QWheelEvent>
 #include <cmath>
 
 #include "app/frm_pelw.h"
-#include "app/sample_card_holder.h"
 #include "platform/qt/canvas_widget.h"
 #include "platform/qt/main_window.h"
 #include "platform/qt/qt_text_layout.h"
-#include "stitching/iron_groups.h"
-#include "stitching/system_irons.h"
 #include "test_support.h"
 
 namespace {
+
+const std::string kSampleFile = std::string(PELWRIGHT_SOURCE_DIR) + "/resources/samples/card_holder.pwc";
 
 class MainWindowView : public ::testing::Test {
  protected:
   TTempDir dir;
   TQtTextLayout layout;
-  TPrickingIronGroups irons;
+  TScriptedDialogs dialogs;
   TfrmPelw form;
   std::unique_ptr<TMainWindow> window;
   void SetUp() override {
     setTextLayout(&layout);
     form.FAppDataPath = dir.path();
-    form.FormCreate({});
-    irons.append(buildSystemIronGroups("en"));
-    buildCardHolderSample(*form.PathList, irons.findIron(kCardHolderIronBlade, kCardHolderIronPitch));
+    form.FDialogs = &dialogs;
+    // As `pelwright card_holder.pwc` starts.
+    form.FormCreate({kSampleFile});
     window = std::make_unique<TMainWindow>(form);
     window->resize(1000, 700);
     window->show();
@@ -59,7 +60,14 @@ class MainWindowView : public ::testing::Test {
 TEST_F(MainWindowView, OpensFittedOnTheSample) {
   window->FActShowStitchSimulator->trigger();
   EXPECT_EQ(form.PathList->Count(), 33u + 80u + 45u);
+  EXPECT_FALSE(form.PathList->FIsChanged);
   EXPECT_EQ(form.FPboxWidth, window->canvas()->width());
+  // Fitted to the canvas the window has once shown: 140 mm of height (the
+  // 130 mm of the pieces and 5 mm each side) fill the canvas.
+  const float s = std::round((std::min(form.FPboxWidth / 110.0f, form.FPboxHeight / 140.0f) + 0.05f) * 10) / 10;
+  EXPECT_FLOAT_EQ(form.FScale.x, s);
+  EXPECT_FLOAT_EQ(form.FOffset.x, std::round(5 * s) - 5);
+  EXPECT_TRUE(window->windowTitle().startsWith("card_holder.pwc - Pelwright"));
   // Fitted: the whole card holder is in view, and fairly large.
   const TRectF v = form.VisibleRealRect();
   EXPECT_LE(v.Left, 0);
@@ -80,17 +88,31 @@ TEST_F(MainWindowView, OpensFittedOnTheSample) {
   keep("card_holder_black_fit.png");
 }
 
-TEST_F(MainWindowView, WheelZoomsAndResetViewComesBack) {
+TEST_F(MainWindowView, WheelZoomsAboutThePointerAndCtrlRComesBack) {
+  EXPECT_TRUE(dialogs.FMessages.empty());
+  EXPECT_EQ(form.FFilename, kSampleFile);
   const TPointF fitted = form.FScale;
   const TPointF fittedOffset = form.FOffset;
   TCanvasWidget* canvas = window->canvas();
-  const QPointF at(200, 150);
-  QWheelEvent wheel(at, canvas->mapToGlobal(at), QPoint(), QPoint(0, 120), Qt::NoButton, Qt::NoModifier,
-                    Qt::NoScrollPhase, false);
-  QApplication::sendEvent(canvas, &wheel);
+  // Two notches in at a point on the body, one out at another place: the
+  // drawing under the pointer stays under it each time.
+  for (const auto& [at, delta] : {std::pair{QPointF(200, 150), 120}, std::pair{QPointF(200, 150), 120},
+                                  std::pair{QPointF(613, 427), -120}}) {
+    const TPointF before = form.ScreenToReal(TPointF(at.x(), at.y()));
+    const float scale = form.FScale.x;
+    QWheelEvent wheel(at, canvas->mapToGlobal(at), QPoint(), QPoint(0, delta), Qt::NoButton, Qt::NoModifier,
+                      Qt::NoScrollPhase, false);
+    QApplication::sendEvent(canvas, &wheel);
+    EXPECT_FLOAT_EQ(form.FScale.x, scale * static_cast<float>(std::pow(2.0, delta / 500.0)));
+    const TPointF after = form.ScreenToReal(TPointF(at.x(), at.y()));
+    EXPECT_NEAR(after.x, before.x, 0.002);
+    EXPECT_NEAR(after.y, before.y, 0.002);
+  }
   EXPECT_GT(form.FScale.x, fitted.x * 1.1f);
-  EXPECT_TRUE(form.FLastMousePos.identical(TPointF(200, 150)));
-  window->FActResetView->trigger();
+  // Ctrl+R as the user presses it, on the active window.
+  window->activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+  QTest::keyClick(window.get(), Qt::Key_R, Qt::ControlModifier);
   EXPECT_TRUE(form.FScale.identical(fitted));
   EXPECT_TRUE(form.FOffset.identical(fittedOffset));
   EXPECT_EQ(window->FActResetView->shortcut(), QKeySequence("Ctrl+R"));

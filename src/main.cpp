@@ -53,6 +53,22 @@ int runWriteSample(int argc, char** argv, const TCommandLine& cl) {
   return rc;
 }
 
+// What both ways of running give the controller: the port, the font
+// question, the main-thread queue, and the answer to SIGINT and SIGTERM:
+// no question, unsaved work goes to the autosave file, which the next
+// start brings back.
+void connectController(TfrmPelw& form, QCoreApplication& app, const TCommandLine& cl) {
+  form.FApiPort = cl.apiPort;
+  form.FFontExists = [](const std::string& family) {
+    return QFontDatabase::families().contains(QString::fromStdString(family));
+  };
+  attachToQtEventLoop(form.mainThreadCalls());
+  watchTerminationSignals([&app, &form](int) {
+    form.FormDestroyAfterSignal();
+    app.quit();
+  });
+}
+
 int runHeadless(int argc, char** argv, const TCommandLine& cl) {
   TOffscreenArgs qt(argc, argv);
   QGuiApplication app(qt.argc, qt.args.data());
@@ -63,18 +79,8 @@ int runHeadless(int argc, char** argv, const TCommandLine& cl) {
   useQtTimers();
 
   TfrmPelw form;
-  form.FApiPort = cl.apiPort;
   form.FHeadless = true;
-  form.FFontExists = [](const std::string& family) {
-    return QFontDatabase::families().contains(QString::fromStdString(family));
-  };
-  attachToQtEventLoop(form.mainThreadCalls());
-  // No question on a signal: unsaved work goes to the autosave file, which
-  // the next start brings back.
-  watchTerminationSignals([&app, &form](int) {
-    form.FormDestroyAfterSignal();
-    app.quit();
-  });
+  connectController(form, app, cl);
   form.FormCreate(cl.args);
   const int rc = app.exec();
   form.FormDestroy();
@@ -92,17 +98,9 @@ int runWindow(int argc, char** argv, const TCommandLine& cl) {
 
   TQtDialogs dialogs;
   TfrmPelw form;
-  form.FApiPort = cl.apiPort;
   form.FDialogs = &dialogs;
   form.FDemoSourcePath = shippedDemoFolder(QCoreApplication::applicationDirPath().toStdString());
-  form.FFontExists = [](const std::string& family) {
-    return QFontDatabase::families().contains(QString::fromStdString(family));
-  };
-  attachToQtEventLoop(form.mainThreadCalls());
-  watchTerminationSignals([&app, &form](int) {
-    form.FormDestroyAfterSignal();
-    app.quit();
-  });
+  connectController(form, app, cl);
   form.FormCreate(cl.args);
   int rc = 0;
   {

@@ -258,60 +258,7 @@ TEST_F(TStitchToolFixture, PressPreviewDrawsAndMakesNothing) {
   EXPECT_TRUE(holes().empty());
 }
 
-// ---- the local API's operations ----
-
-TEST_F(TStitchToolFixture, ApiRowAlongAPath) {
-  add(line({0, 0}, {100, 0}));
-  TfrmPelw::TStitchAlongPathRequest req;
-  req.FStartPoint = TPointF(0, 0);
-  req.FEndPoint = TPointF(100, 0);
-  const auto reply = frm.apiStitchAlongPath(req);
-  ASSERT_TRUE(reply.FOk) << reply.FError;
-  EXPECT_FALSE(reply.FChainPlacement);
-  EXPECT_EQ(reply.FHoleCount, 26);
-  EXPECT_FLOAT_EQ(reply.FActualPitchMm, 4.0f);
-  EXPECT_EQ(reply.FCreatedIds.size(), 26u);
-  for (int id : reply.FCreatedIds) EXPECT_EQ(frm.PathList->findByID(id)->FStitchType, "D");
-}
-
-TEST_F(TStitchToolFixture, ApiRowAlongAPathByCornerMethod) {
-  add(line({0, 0}, {40, 0}));
-  add(line({40, 0}, {40, 30}));
-  TfrmPelw::TStitchAlongPathRequest req;
-  req.FStartPoint = TPointF(0, 0);
-  req.FEndPoint = TPointF(40, 30);
-  req.FCornerMode = 0;
-  req.FStitchType = "French";
-  const auto reply = frm.apiStitchAlongPath(req);
-  ASSERT_TRUE(reply.FOk);
-  EXPECT_TRUE(reply.FChainPlacement);
-  EXPECT_EQ(reply.FCornerMode, 0);
-  EXPECT_EQ(reply.FHoleCount, 10 + 8 + 1);
-  EXPECT_NEAR(reply.FActualPitchMm, 70.0 / 18.0, 1e-4);
-  EXPECT_TRUE(hasHoleAt(holes(), {40, 0}));
-  for (int id : reply.FCreatedIds) EXPECT_EQ(frm.PathList->findByID(id)->FStitchType, "F");
-  EXPECT_EQ(frm.FSelectedPrickingIron, nullptr);
-}
-
-TEST_F(TStitchToolFixture, ApiRowAlongAPathRefusals) {
-  add(line({0, 0}, {100, 0}));
-  add(line({0, 50}, {100, 50}));
-  TfrmPelw::TStitchAlongPathRequest req;
-  req.FStartPoint = TPointF(20, 20);
-  req.FEndPoint = TPointF(100, 0);
-  EXPECT_EQ(frm.apiStitchAlongPath(req).FError, "no route found between startPoint and endPoint");
-  req.FStartPoint = TPointF(0, 0);
-  req.FEndPoint = TPointF(100, 50);
-  EXPECT_EQ(frm.apiStitchAlongPath(req).FError, "destination vertex not found in network");
-  req.FEndPoint = TPointF(100, 0);
-  req.FMode = "COUNT";
-  req.FHoleCount = 1;
-  const auto reply = frm.apiStitchAlongPath(req);
-  EXPECT_FALSE(reply.FOk);
-  EXPECT_EQ(reply.FError, "cannot compute pitch: no route or holeCount <= 1");
-  EXPECT_TRUE(holes().empty());
-  EXPECT_FALSE(frm.PathList->FIsChanged) << "refusals leave the document as it was";
-}
+// ---- the local API's operations (their replies are tested over HTTP) ----
 
 TEST_F(TStitchToolFixture, ApiRowInCountMode) {
   add(line({0, 0}, {90, 0}));
@@ -351,33 +298,6 @@ TEST_F(TStitchToolFixture, ApiLoopOnALoneCircleAndSettingsComeBack) {
   EXPECT_EQ(frm.FStitchSettings.FPitchMode, TPitchMode::Fixed);
   EXPECT_EQ(frm.FActiveLayer, 0);
   EXPECT_EQ(iron.FBladeType, "L");
-}
-
-TEST_F(TStitchToolFixture, ApiLoopRefusals) {
-  add(line({0, 0}, {100, 0}));
-  TfrmPelw::TStitchLoopRequest req;
-  req.FPointOnLoop = TPointF(50, 30);
-  EXPECT_EQ(frm.apiStitchLoop(req).FError, "no shape found near pointOnLoop");
-  req.FPointOnLoop = TPointF(50, 0);
-  EXPECT_EQ(frm.apiStitchLoop(req).FError, "shape at pointOnLoop is not part of a closed loop");
-  EXPECT_TRUE(holes().empty());
-}
-
-TEST_F(TStitchToolFixture, ApiSingleHole) {
-  TfrmPelw::TStitchHoleRequest req;
-  req.FCenter = TPointF(5, 6);
-  req.FAngle = 30;
-  req.FStitchType = "Flat";
-  const int id = frm.apiAddStitchHole(req);
-  const TPW_Path* h = frm.PathList->findByID(id);
-  ASSERT_NE(h, nullptr);
-  EXPECT_EQ(h->FShapeType, ShapeType::Hole);
-  EXPECT_EQ(h->FStitchType, "L");
-  EXPECT_FLOAT_EQ(h->FRotation, 30.0f);
-  EXPECT_TRUE(h->FCenter.identical(TPointF(5, 6)));
-  EXPECT_EQ(h->FPalletIndex, 36);
-  EXPECT_TRUE(frm.FIntersections->empty()) << "holes have no crossings";
-  EXPECT_EQ(TfrmPelw::bladeTypeOfStitchName("anything"), "D");
 }
 
 // ---- rows on untidy drawings ----

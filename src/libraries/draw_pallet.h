@@ -28,7 +28,6 @@ class TDrawPallet {
 };
 
 inline constexpr int kPalletCount = 40;
-inline constexpr int kStitchHolePalletIndex = 36;
 
 // The factory values of a row; a default TDrawPallet for an index outside
 // the palette.

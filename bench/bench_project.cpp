@@ -9,7 +9,7 @@
 #include <memory>
 
 #include "app/frm_pelw.h"
-#include "app/safe_file.h"
+#include "platform/safe_file.h"
 #include "document/project_json.h"
 
 namespace {

@@ -10,12 +10,13 @@ TCommandLine parseCommandLine(int argc, const char* const* argv) {
       cl.headless = true;
     } else if (a == "--help" || a == "-h") {
       cl.help = true;
-    } else if (a == "--write-sample") {
+    } else if (a == "--write-sample" || a == "--write-sample-ja") {
       if (i + 1 >= argc || argv[i + 1][0] == '\0') {
-        cl.error = "--write-sample needs a file name";
+        cl.error = a + " needs a file name";
         return cl;
       }
       cl.writeSampleFile = argv[++i];
+      cl.writeSampleLanguage = a == "--write-sample" ? "en" : "ja";
     } else if (a == "--api-port" || a.rfind("--api-port=", 0) == 0) {
       std::string value;
       if (a == "--api-port") {
@@ -56,5 +57,7 @@ std::string commandLineHelp() {
          "  --write-sample FILE\n"
          "                    write the card holder sample project to FILE\n"
          "                    and end\n"
+         "  --write-sample-ja FILE\n"
+         "                    the same in Japanese\n"
          "  --help            show this text\n";
 }

@@ -8,8 +8,10 @@ struct TCommandLine {
   bool headless = false;
   bool help = false;
   int apiPort = 7777;
-  // --write-sample FILE: write the card holder sample project and end.
+  // --write-sample FILE (English) or --write-sample-ja FILE (Japanese):
+  // write the card holder sample project and end.
   std::string writeSampleFile;
+  std::string writeSampleLanguage = "en";
   // Arguments left for the controller, in order: a project file, and
   // "--instance-id" with its stamp for a launched instance.
   std::vector<std::string> args;

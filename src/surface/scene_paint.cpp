@@ -61,9 +61,10 @@ bool TScenePainter::layerVisible(int layer) {
 
 void TScenePainter::paint() {
   F.updateGridTick();
-  // 1. The background.
+  // Back to front: the background, the grid, the shapes, then what lies
+  // over the drawing. A failure in one part is logged and the rest still
+  // paints.
   C.clear(canvasBackground(FBlack, F.FIsPrinting, F.FViewOptions.FWhiteBGColor));
-  // 2. Backdrops come with the backdrop library. 3. The grid.
   if (F.FShowGrid && !F.FIsPrinting) {
     try {
       paintGrid();
@@ -71,9 +72,9 @@ void TScenePainter::paint() {
       F.logPaintError(exceptionClassName(e), e.what(), nullptr);
     }
   }
-  // 4. Print areas come with printing. 5. The shapes, each in its own guard.
+  // Each shape in a guard of its own: one bad shape loses only itself.
   paintShapes();
-  // 6 to 26 stand in one guard.
+  // Frames, crossings, thread, banners and the scale bar share one guard.
   try {
     paintGroupFrames();
     if (F.FShow_intersections) paintIntersections();

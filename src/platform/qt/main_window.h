@@ -34,7 +34,7 @@ class TMainWindow : public QMainWindow {
   QAction* FActRedo = nullptr;
   QMenu* FLanguageMenu = nullptr;
 
-  // Every menu text from the phrase table, in the current language.
+  // Every text of the window from the phrase table, in the current language.
   void retranslate();
 
  protected:
@@ -48,6 +48,7 @@ class TMainWindow : public QMainWindow {
   TRulerWidget* FRulerY = nullptr;
   QWidget* FCorner = nullptr;
   QLabel* FStatus = nullptr;
+  QLabel* FServerLine = nullptr;  // where the local API listens, when it does
   bool FShownOnce = false;
 
   void buildCanvasArea();

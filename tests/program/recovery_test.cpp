@@ -9,7 +9,7 @@
 #include <filesystem>
 #include <thread>
 
-#include "app/safe_file.h"
+#include "platform/safe_file.h"
 #include "test_support.h"
 
 namespace {
@@ -91,26 +91,6 @@ TEST(Recovery, KilledMidWorkThenStartedAgainBringsTheDrawingBack) {
   EXPECT_EQ(WEXITSTATUS(status), 0);
   EXPECT_TRUE(fs::exists(again));
   EXPECT_NE(readWholeFile(again).find("{11111111-2222-3333-4444-555555555555}"), std::string::npos);
-}
-
-TEST(Recovery, ProjectOnTheCommandLineOfHeadless) {
-  TTempDir home;
-  writeTextFile(home.file("card.pwc"), kWork);
-  writeTextFile(home.file("notes.txt"), "not a project");
-  for (const std::string& file : {home.file("card.pwc"), home.file("notes.txt")}) {
-    const std::string cmd = std::string("XDG_DATA_HOME=") + home.path() + " timeout --preserve-status -s TERM 3 " + PELWRIGHT_BINARY +
-                            " --headless --api-port " + std::to_string(freeLoopbackPort()) + " " + file +
-                            " 2>" + home.file("err.txt");
-    const int rc = std::system(cmd.c_str());
-    EXPECT_EQ(WEXITSTATUS(rc), 0);
-    const std::string err = readWholeFile(home.file("err.txt"));
-    if (file == home.file("notes.txt")) {
-      EXPECT_NE(err.find("pelwright: Not a Pelwright file or the file is corrupted.\n" + file), std::string::npos);
-    } else {
-      EXPECT_EQ(err.find("Not a Pelwright"), std::string::npos) << err;
-      EXPECT_EQ(err.find("Demo"), std::string::npos);
-    }
-  }
 }
 
 }  // namespace

@@ -67,6 +67,7 @@ TfrmPelw::TStitchReply TfrmPelw::apiStitchAlongPath(const TStitchAlongPathReques
     return reply;
   }
   TVertexNetwork network(PathList.get(), FIntersections.get());
+  network.FGoalOnShapes = true;
   if (!network.dpConnect(request.FStartPoint, request.FEndPoint)) {
     reply.FError = "no route found between startPoint and endPoint";
     return reply;

@@ -3,12 +3,12 @@
 #include <algorithm>
 #include <cmath>
 
-float TDividerWalk::tryPitch(float pitch, TTrial& out) {
+float TDividerWalk::tryPitch(double pitch, TTrial& out) {
   out.FPositions.clear();
   out.FPlaces.clear();
   out.FGap = 0.0f;
   out.FEstimate = 0.0f;
-  if (!(pitch > 0.0f) || FTrack.empty()) return 0.0f;
+  if (!(pitch > 0.0) || FTrack.empty()) return 0.0f;
   const double most = std::floor(double(kEndlessWalk) / pitch);
   FTrack.walk(pitch, static_cast<int>(std::min(most, 1e7)) + 1, out.FPlaces);
   if (double(out.FPlaces.size()) > most + 1.0) {
@@ -20,21 +20,20 @@ float TDividerWalk::tryPitch(float pitch, TTrial& out) {
 
   // The rest of the route lies within a pitch of the last position.
   const TDPoint end = FTrack.end();
-  const float gap = static_cast<float>(std::hypot(end.x - cur.x, end.y - cur.y));
-  const float half = pitch / 2.0f;
+  const double gap = std::hypot(end.x - cur.x, end.y - cur.y);
   const int n = out.count();
   float estimate;
-  if (half > gap) {
+  if (pitch / 2.0 > gap) {
     // The last position is close to the end: the pitch that would put it
     // there.
-    estimate = n > 1 ? static_cast<float>(double(pitch) + double(gap) / (n - 1)) : pitch;
-    out.FGap = gap;
+    estimate = static_cast<float>(n > 1 ? pitch + gap / (n - 1) : pitch);
+    out.FGap = static_cast<float>(gap);
   } else {
     // The end gets a position of its own; the last interval falls short.
-    estimate = static_cast<float>(double(pitch) - (double(pitch) - gap) / n);
+    estimate = static_cast<float>(pitch - (pitch - gap) / n);
     out.FPositions.push_back(toPointF(end));
     out.FPlaces.push_back(FTrack.endPos());
-    out.FGap = std::fabs(gap - pitch);
+    out.FGap = static_cast<float>(std::fabs(gap - pitch));
   }
   out.FEstimate = estimate;
   return estimate;
@@ -65,7 +64,7 @@ void TPitchSearch::judge(TTrial& trial, float estimate) {
   std::swap(FBest, trial);
 }
 
-void TPitchSearch::keepBestTrial(float pitch) {
+void TPitchSearch::keepBestTrial(double pitch) {
   ++FTrials;
   const float estimate = FWalk.tryPitch(pitch, FScratch);
   judge(FScratch, estimate);
@@ -90,7 +89,7 @@ void TPitchSearch::run(float startPitch, bool hasEndVertex) {
     // The pitch whose last step of the count lands on the end.
     if (!hasEndVertex) return;
     const double p = track.pitchForSteps(static_cast<int>(std::lround(FSettings.FNumOfHoles)) - 1);
-    if (p > 0.0) keepBestTrial(static_cast<float>(p));
+    if (p > 0.0) keepBestTrial(p);
     return;
   }
   rounds(e);
@@ -99,6 +98,6 @@ void TPitchSearch::run(float startPitch, bool hasEndVertex) {
   // nearest the wanted one; but no two holes closer than half of it.
   if (FBestGap >= FSettings.FAutoPitchStopGap) {
     const double p = track.pitchForSteps(track.nearestStepCount(FSettings.FPitch));
-    if (p >= FSettings.FPitch / 2.0) keepBestTrial(static_cast<float>(p));
+    if (p >= FSettings.FPitch / 2.0) keepBestTrial(p);
   }
 }

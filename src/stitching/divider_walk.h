@@ -31,8 +31,9 @@ class TDividerWalk {
   explicit TDividerWalk(const TRouteTrack& track) : FTrack(track) {}
 
   // One walk at `pitch`. Returns the estimate, 0 after failure (an endless
-  // walk sets endlessLoop()).
-  float tryPitch(float pitch, TTrial& out);
+  // walk sets endlessLoop()). The pitch is taken in double precision: the
+  // pitch at which a row closes exactly must not be rounded on the way.
+  float tryPitch(double pitch, TTrial& out);
 
   bool endlessLoop() const { return FEndless; }
   const TRouteTrack& track() const { return FTrack; }
@@ -54,7 +55,7 @@ class TPitchSearch {
   TPitchSearch(TDividerWalk& walk, const TStitchSettings& settings, TKeepRule rule);
 
   // Walks at the pitch and keeps the trial if it beats the best.
-  void keepBestTrial(float pitch);
+  void keepBestTrial(double pitch);
   // The whole search from the start pitch: one trial, then what the pitch
   // mode asks for. Auto: trials at pitches around the first one's estimate
   // until one closes within the stop gap, else the row of the count whose
@@ -80,7 +81,7 @@ class TPitchSearch {
   bool FKept = false;
   float FBestGap = 2147483648.0f;
   int FBestCount = 0;
-  float FBestPitch = 0.0f;
+  float FBestPitch = 0.0f;  // the estimate of the best trial
   float FEstimate = 0.0f;
   int FTrials = 0;
   TTrial FBest;

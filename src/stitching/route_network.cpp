@@ -241,7 +241,9 @@ const std::vector<TVertexNetwork::TStop>& TVertexNetwork::stopsOf(const TPW_Path
       else if (other && isRouteEnd(other->FEndPt, p)) p = other->FEndPt;
       points.push_back(p);
     }
-  for (const TPointF& p : {FGrowStart, FGoal}) {
+  std::vector<TPointF> ends{FGrowStart};
+  if (FGoalOnShapes) ends.push_back(FGoal);
+  for (const TPointF& p : ends) {
     int idx = 0;
     if (!atAnEndOf(s, p) && s->isOnPath(p, idx, 0.1f)) points.push_back(p);
   }

@@ -87,6 +87,11 @@ class TVertexNetwork {
 
   TRouteVertex* FStartVertex = nullptr;
   TRouteVertex* FEndVertex = nullptr;
+  // Whether a goal in the middle of a shape becomes a vertex there. The
+  // local API and the ruler take any point of the drawing as the goal; the
+  // stitch tool does not, since a click off the ends and crossings is a
+  // press of the iron. A start is always taken where it lies.
+  bool FGoalOnShapes = false;
 
   // Frees vertices, joints and the queue; the shapes stay borrowed.
   void clearAll();

@@ -132,6 +132,11 @@ TEST(ProgramWindowApi, TheStatusBarSaysWhenThePortIsTaken) {
   form.FApiPort = holder.boundPort();
   form.FormCreate({});
   TMainWindow window(form);
+  if (const QByteArray folder = qgetenv("PELWRIGHT_SCREENSHOT_DIR"); !folder.isEmpty()) {
+    window.show();
+    QApplication::processEvents();
+    window.grab().save(QDir(QString::fromUtf8(folder)).filePath("port_taken.png"));
+  }
   QStringList texts;
   for (const QLabel* label : window.statusBar()->findChildren<QLabel*>()) texts << label->text();
   EXPECT_TRUE(texts.contains(QString("Local API not started, the port is in use: 127.0.0.1:%1").arg(holder.boundPort())))

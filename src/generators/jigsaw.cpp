@@ -64,7 +64,12 @@ TPW_JigsawEdge::TPW_JigsawEdge(int APalletIdx, TAlphaColor AColor, float AThickn
       FLoop(std::make_unique<TPW_Path>(APalletIdx, AColor, AThickness, ADash, ID + 2)) {}
 
 void TPW_JigsawEdge::build(double L, bool vertical, const TPointF& origin, TJigsawRandom& rnd) {
-  const TPt C{L / 2, L * double(kTabHeightRatio)};
+  // The knob stands on the other side of the line from the flanks' first
+  // control points: the shoulders dip away from the knob, and each flank
+  // runs up into the neck and on round the knob's far side without a kink.
+  // (With the circle on the shoulders' side the flanks would run past it
+  // and hook back into its far side, an outline nobody could cut.)
+  const TPt C{L / 2, -L * double(kTabHeightRatio)};
   const double R = L * double(kTabRadiusRatio);
   const TFlank f1 = drawFlank(L, C, R, rnd);
   // The second flank is drawn like the first, then mirrored onto the far end

@@ -76,6 +76,11 @@ TEST(Jigsaw, SidesAreFlankArcFlankJoinedAtTheGridCornersAndGroupedByGridLine) {
     const TPointF mid = TPointF::fromDouble((b1.FStartPt.x + b2.FEndPt.x) / 2.0, (b1.FStartPt.y + b2.FEndPt.y) / 2.0);
     EXPECT_NEAR(distanceOf(arc.FCenter, mid), 5.0 / 6.0, 1e-5);
     EXPECT_NEAR(std::fabs(arc.FSweepAngle), 280.0, 10.0);
+    // The knob bulges to one side of the line, the shoulders to the other.
+    const TPointF across = b1.FStartPt.y == b2.FEndPt.y ? TPointF(0, 1) : TPointF(1, 0);
+    auto side = [&](const TPointF& p) { return (p.x - mid.x) * across.x + (p.y - mid.y) * across.y; };
+    EXPECT_LT(side(arc.FCenter) * side(b1.FBezierCp1), 0);
+    EXPECT_LT(side(arc.FCenter) * side(b2.FBezierCp2), 0);
     EXPECT_EQ(b1.FGroupID, arc.FGroupID);
     EXPECT_EQ(b2.FGroupID, arc.FGroupID);
     groups.insert(arc.FGroupID);

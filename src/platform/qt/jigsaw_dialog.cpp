@@ -1,5 +1,6 @@
 #include "platform/qt/jigsaw_dialog.h"
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QDialogButtonBox>
 #include <QDoubleSpinBox>
@@ -97,6 +98,12 @@ void TfrmJigsaw::setSettings(const TJigsawSettings& s) {
 }
 
 void TfrmJigsaw::accept() {
-  // The controller draws, or says why not and changes nothing.
-  if (FForm.actJigsaw(settings())) QDialog::accept();
+  // The controller draws, or says why not and changes nothing. Fifty by
+  // fifty pieces take a moment: a busy cursor meanwhile.
+  const TJigsawSettings s = settings();
+  const bool busy = checkJigsawSettings(s).empty();
+  if (busy) QApplication::setOverrideCursor(Qt::WaitCursor);
+  const bool drawn = FForm.actJigsaw(s);
+  if (busy) QApplication::restoreOverrideCursor();
+  if (drawn) QDialog::accept();
 }

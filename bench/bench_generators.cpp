@@ -5,12 +5,11 @@
 
 #include <algorithm>
 #include <cmath>
-#include <filesystem>
 #include <memory>
 #include <random>
 #include <vector>
 
-#include "app/frm_pelw.h"
+#include "bench_form.h"
 #include "simulators/dye_mixer.h"
 #include "stitching/pricking_iron.h"
 #include "stitching/stitching_order.h"
@@ -26,24 +25,6 @@ void BM_DyeInverseSearch(benchmark::State& state) {
   for (auto _ : state) benchmark::DoNotOptimize(dyeInverseSearch(targets[i++ % 4], sys, true));
 }
 BENCHMARK(BM_DyeInverseSearch)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
-
-struct TBenchForm {
-  std::string folder;
-  std::unique_ptr<TfrmPelw> form;
-  TBenchForm() {
-    char tmpl[] = "/tmp/pelwright-bench-XXXXXX";
-    folder = mkdtemp(tmpl);
-    form = std::make_unique<TfrmPelw>();
-    form->FAppDataPath = folder + "/appdata";
-    form->FHeadless = true;
-    form->FormCreate({});
-  }
-  ~TBenchForm() {
-    form.reset();
-    std::error_code ec;
-    std::filesystem::remove_all(folder, ec);
-  }
-};
 
 // 2,000 selected holes whose links were lost, through the whole command
 // (tour, links, undo snapshot): arg 0 is one closed outline of a large bag

@@ -123,6 +123,10 @@ TEST_F(ToolsWindow, DyeMixerPredictsSearchesAndRefusesBadNumbers) {
     EXPECT_TRUE(mixer->FResultTexts[k]->text().startsWith("ΔE ")) << k;
   }
   EXPECT_EQ(mixer->FResultBoxes[1]->title(), "3 dyes");
+  form.setLanguage("ja");
+  EXPECT_EQ(mixer->FTabs->tabText(1), QString::fromUtf8("レシピを探す"));
+  EXPECT_EQ(mixer->FResultBoxes[1]->title(), QString::fromUtf8("3 色"));
+  form.setLanguage("en");
   mixer->resize(760, 560);
   mixer->FTabs->setCurrentIndex(1);
   keep(mixer, "dye_mixer_search.png");
@@ -205,6 +209,15 @@ TEST_F(ToolsWindow, ScriptsOnScreen) {
     languages->exec(window->mapToGlobal(QPoint(window->menuBar()->actionGeometry(languages->menuAction()).left(),
                                                window->menuBar()->height())));
   }
+  // The dialogs laid out for the Japanese texts they were designed in.
+  form.setLanguage("ja");
+  TfrmJigsaw jigsaw(form, window.get());
+  jigsaw.show();
+  keep(&jigsaw, "jigsaw_dialog_ja.png");
+  window->FActDyeMixer->trigger();
+  window->FDyeMixer->search();
+  window->FDyeMixer->FTabs->setCurrentIndex(1);
+  keep(window->FDyeMixer, "dye_mixer_search_ja.png");
 }
 
 }  // namespace

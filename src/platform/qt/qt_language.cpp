@@ -19,12 +19,13 @@ void translateWidgets(QWidget* root, const TMultiLang* lang, const std::string& 
   auto text = [&](const QObject* o) { return phraseOf(lang, langID, o->objectName().toStdString()); };
   if (const QString t = text(root); !t.isEmpty() && root->isWindow()) root->setWindowTitle(t);
   for (QWidget* w : root->findChildren<QWidget*>()) {
-    if (w->objectName().isEmpty()) continue;
     if (auto* tabs = qobject_cast<QTabWidget*>(w)) {
+      // A tab's text is its page's.
       for (int i = 0; i < tabs->count(); ++i)
         if (const QString t = text(tabs->widget(i)); !t.isEmpty()) tabs->setTabText(i, t);
       continue;
     }
+    if (w->objectName().isEmpty()) continue;
     const QString t = text(w);
     if (t.isEmpty()) continue;
     if (auto* label = qobject_cast<QLabel*>(w)) label->setText(t);

@@ -1,6 +1,7 @@
 #include "api/mcp_stdio.h"
 
 #include <errno.h>
+#include <fcntl.h>
 #include <httplib.h>
 #include <signal.h>
 #include <unistd.h>
@@ -10,6 +11,7 @@
 #include <cstring>
 #include <filesystem>
 
+#include "api/json_reply.h"
 #include "api/json_schema_check.h"
 #include "app/app_paths.h"
 #include "app/ini_file.h"
@@ -52,9 +54,17 @@ void logLine(const std::string& text) { std::fprintf(stderr, "pelwright --mcp: %
 
 TMcpJson textContent(const std::string& text) { return {{"type", "text"}, {"text", text}}; }
 
-TMcpJson toolError(const std::string& text) {
-  return {{"content", TMcpJson::array({textContent(text)})}, {"isError", true}};
+// A tool's result of one text, written straight: the text may be a reply
+// of megabytes, and the program's replies are ASCII already.
+std::string toolResult(const std::string& text, bool isError) {
+  std::string out;
+  out.reserve(text.size() + text.size() / 8 + 64);
+  out += "{\"content\":[{\"type\":\"text\",\"text\":";
+  appendJsonString(out, text);
+  out += isError ? "}],\"isError\":true}" : "}],\"isError\":false}";
+  return out;
 }
+std::string toolError(const std::string& text) { return toolResult(text, true); }
 
 struct TResource {
   const char* uri;
@@ -91,9 +101,14 @@ TMcpJson replyObject(const std::string& body) {
   return j.is_object() ? j : TMcpJson();
 }
 
-bool isRefusal(const TMcpJson& reply) {
-  return reply.is_null() || reply.contains("error") ||
-         (reply.contains("ok") && reply["ok"].is_boolean() && !reply["ok"].get<bool>());
+// Whether a reply of the program is a refusal. Its replies write their keys
+// in a fixed order, and a refusal begins with "error" or "ok":false, so the
+// head tells without parsing a reply that may run to megabytes.
+bool isRefusal(const std::string& body) {
+  const size_t start = body.find_first_not_of(" \t\r\n");
+  if (start == std::string::npos || body[start] != '{') return true;
+  const std::string_view head(body.data() + start, std::min<size_t>(body.size() - start, 64));
+  return head.rfind("{\"error\"", 0) == 0 || head.rfind("{\"ok\":false", 0) == 0;
 }
 
 bool writeAll(int fd, const std::string& text) {
@@ -124,59 +139,66 @@ std::string TMcpBridge::handleLine(const std::string& text) {
     return line(errorReply(nullptr, kParseError, "Parse error: nested too deeply"));
   const TMcpJson msg = TMcpJson::parse(text, nullptr, false);
   if (msg.is_discarded()) return line(errorReply(nullptr, kParseError, "Parse error: not a JSON text"));
-  if (!msg.is_array()) {
-    const TMcpJson reply = handleMessage(msg);
-    return reply.is_null() ? std::string() : line(reply);
-  }
+  if (!msg.is_array()) return handleMessage(msg);
   // A batch, as clients of the 2025-03-26 version may send.
   if (msg.empty()) return line(errorReply(nullptr, kInvalidRequest, "Invalid Request: empty batch"));
-  TMcpJson replies = TMcpJson::array();
+  std::string replies;
   for (const TMcpJson& one : msg) {
-    TMcpJson reply = handleMessage(one);
-    if (!reply.is_null()) replies.push_back(std::move(reply));
+    const std::string reply = handleMessage(one);
+    if (reply.empty()) continue;
+    replies += replies.empty() ? "[" : ",";
+    replies += reply;
   }
-  return replies.empty() ? std::string() : line(replies);
+  return replies.empty() ? replies : replies + "]";
 }
 
-TMcpJson TMcpBridge::handleMessage(const TMcpJson& msg) {
-  if (!msg.is_object()) return errorReply(nullptr, kInvalidRequest, "Invalid Request: not a JSON object");
+std::string TMcpBridge::handleMessage(const TMcpJson& msg) {
+  auto error = [](const TMcpJson& id, int code, const std::string& message) {
+    return line(errorReply(id, code, message));
+  };
+  if (!msg.is_object()) return error(nullptr, kInvalidRequest, "Invalid Request: not a JSON object");
   const bool hasId = msg.contains("id");
   const bool goodId = hasId && (msg["id"].is_string() || msg["id"].is_number());
   const TMcpJson id = goodId ? msg["id"] : TMcpJson();
   if (!msg.contains("method")) {
     // A client's answer to a request of ours; this server sends none.
     if (hasId && (msg.contains("result") || msg.contains("error"))) return {};
-    return errorReply(id, kInvalidRequest, "Invalid Request: no method");
+    return error(id, kInvalidRequest, "Invalid Request: no method");
   }
   if (!msg.contains("jsonrpc") || msg["jsonrpc"] != "2.0")
-    return errorReply(id, kInvalidRequest, "Invalid Request: \"jsonrpc\" must be \"2.0\"");
+    return error(id, kInvalidRequest, "Invalid Request: \"jsonrpc\" must be \"2.0\"");
   if (!msg["method"].is_string())
-    return errorReply(id, kInvalidRequest, "Invalid Request: \"method\" must be a string");
+    return error(id, kInvalidRequest, "Invalid Request: \"method\" must be a string");
   // Notifications (initialized, cancelled, ...) need nothing of this server.
   if (!hasId) return {};
-  if (!goodId) return errorReply(nullptr, kInvalidRequest, "Invalid Request: \"id\" must be a string or a number");
+  if (!goodId) return error(nullptr, kInvalidRequest, "Invalid Request: \"id\" must be a string or a number");
   const TMcpJson params = msg.contains("params") ? msg["params"] : TMcpJson::object();
-  if (!params.is_object()) return errorReply(id, kInvalidParams, "Invalid params: \"params\" must be an object");
+  if (!params.is_object()) return error(id, kInvalidParams, "Invalid params: \"params\" must be an object");
   const std::string method = msg["method"].get<std::string>();
   try {
-    return {{"jsonrpc", "2.0"}, {"id", id}, {"result", dispatch(method, params)}};
+    const std::string result = dispatch(method, params);
+    std::string reply = "{\"jsonrpc\":\"2.0\",\"id\":" + line(id) + ",\"result\":";
+    reply.reserve(reply.size() + result.size() + 2);
+    reply += result;
+    reply += '}';
+    return reply;
   } catch (const TRpcError& e) {
     if (e.code != kMethodNotFound) logLine(method + ": " + e.message);
-    return errorReply(id, e.code, e.message);
+    return error(id, e.code, e.message);
   } catch (const std::exception& e) {
     logLine(method + ": " + e.what());
-    return errorReply(id, kInternalError, std::string("Internal error: ") + e.what());
+    return error(id, kInternalError, std::string("Internal error: ") + e.what());
   }
 }
 
-TMcpJson TMcpBridge::dispatch(const std::string& method, const TMcpJson& params) {
-  if (method == "initialize") return initialize(params);
-  if (method == "ping") return TMcpJson::object();
-  if (method == "tools/list") return listTools();
+std::string TMcpBridge::dispatch(const std::string& method, const TMcpJson& params) {
+  if (method == "initialize") return line(initialize(params));
+  if (method == "ping") return "{}";
+  if (method == "tools/list") return line(listTools());
   if (method == "tools/call") return callTool(params);
-  if (method == "resources/list") return listResources();
-  if (method == "resources/read") return readResource(params);
-  if (method == "resources/templates/list") return {{"resourceTemplates", TMcpJson::array()}};
+  if (method == "resources/list") return line(listResources());
+  if (method == "resources/read") return line(readResource(params));
+  if (method == "resources/templates/list") return "{\"resourceTemplates\":[]}";
   throw TRpcError{kMethodNotFound, "Method not found: " + method};
 }
 
@@ -209,7 +231,7 @@ TMcpJson TMcpBridge::listTools() const {
   return {{"tools", tools}};
 }
 
-TMcpJson TMcpBridge::callTool(const TMcpJson& params) {
+std::string TMcpBridge::callTool(const TMcpJson& params) {
   if (!params.contains("name") || !params["name"].is_string())
     throw TRpcError{kInvalidParams, "Invalid params: \"name\" must name a tool"};
   const std::string name = params["name"].get<std::string>();
@@ -231,14 +253,15 @@ TMcpJson TMcpBridge::callTool(const TMcpJson& params) {
   if (out.status != 200)
     return toolError("Pelwright could not carry out " + endpoint + " (HTTP " + std::to_string(out.status) +
                      "): " + out.body);
-  TMcpJson reply = replyObject(out.body);
-  if (isRefusal(reply)) return toolError(out.body);
-  if (tool->picture && reply.contains("png") && reply["png"].is_string()) {
+  if (isRefusal(out.body)) return toolError(out.body);
+  if (tool->picture) {
+    TMcpJson reply = replyObject(out.body);
+    if (!reply.contains("png") || !reply["png"].is_string()) return toolError(out.body);
     TMcpJson image = {{"type", "image"}, {"data", reply["png"]}, {"mimeType", "image/png"}};
     reply.erase("png");
-    return {{"content", TMcpJson::array({std::move(image), textContent(reply.dump())})}, {"isError", false}};
+    return line({{"content", TMcpJson::array({std::move(image), textContent(reply.dump())})}, {"isError", false}});
   }
-  return {{"content", TMcpJson::array({textContent(out.body)})}, {"isError", false}};
+  return toolResult(out.body, false);
 }
 
 TMcpJson TMcpBridge::listResources() const {
@@ -260,11 +283,10 @@ TMcpJson TMcpBridge::readResource(const TMcpJson& params) {
     if (uri != r.uri) continue;
     const THttpOutcome out = send(r.request);
     if (!out.reached) throw TRpcError{kInternalError, unreachableText(out.failure)};
-    TMcpJson reply = replyObject(out.body);
-    if (out.status != 200 || isRefusal(reply))
+    if (out.status != 200 || isRefusal(out.body))
       throw TRpcError{kInternalError, "Pelwright refused " + r.request.method + " " + r.request.path + ": " + out.body};
     TMcpJson content = {{"uri", uri}, {"mimeType", r.mimeType}};
-    if (std::string(r.mimeType) == "image/png") content["blob"] = reply.value("png", "");
+    if (std::string(r.mimeType) == "image/png") content["blob"] = replyObject(out.body).value("png", "");
     else content["text"] = out.body;
     return {{"contents", TMcpJson::array({std::move(content)})}};
   }
@@ -330,7 +352,13 @@ int runMcpStdio(int apiPort, int inFd, int outFd) {
   std::string pending;
   bool skipping = false;  // inside a line too long to read
   std::vector<char> buf(size_t(1) << 16);
-  auto answer = [&](const std::string& reply) { return reply.empty() || writeAll(outFd, reply + "\n"); };
+  auto answer = [&](std::string reply) {
+    if (reply.empty()) return true;
+    reply += '\n';
+    return writeAll(outFd, reply);
+  };
+  // Large replies leave in fewer, larger writes when the output is a pipe.
+  ::fcntl(outFd, F_SETPIPE_SZ, 1 << 20);
   auto handle = [&](const std::string& text) {
     try {
       return answer(bridge.handleLine(text));

@@ -43,11 +43,12 @@ class TMcpBridge {
   std::chrono::steady_clock::time_point FLastRequest;
   std::string FProtocolVersion;
 
-  TMcpJson handleMessage(const TMcpJson& msg);
-  TMcpJson dispatch(const std::string& method, const TMcpJson& params);
+  // The answer's line, or empty; the result's JSON text of one request.
+  std::string handleMessage(const TMcpJson& msg);
+  std::string dispatch(const std::string& method, const TMcpJson& params);
   TMcpJson initialize(const TMcpJson& params);
   TMcpJson listTools() const;
-  TMcpJson callTool(const TMcpJson& params);
+  std::string callTool(const TMcpJson& params);
   TMcpJson listResources() const;
   TMcpJson readResource(const TMcpJson& params);
   THttpOutcome send(const TForwardRequest& req);

@@ -19,7 +19,9 @@ class TQtPngImage : public IPngImage {
     QByteArray bytes;
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::WriteOnly);
-    if (!rgb.save(&buffer, "PNG")) return {};
+    // Light compression: a third faster than Qt's default, for pictures
+    // some tenths larger; the picture travels over pipes, not the wire.
+    if (!rgb.save(&buffer, "PNG", 80)) return {};
     return std::string(bytes.constData(), static_cast<size_t>(bytes.size()));
   }
 

@@ -21,6 +21,7 @@
 #include "libraries/draw_pallet.h"
 #include "platform/dialogs.h"
 #include "platform/main_thread.h"
+#include "platform/png_image.h"
 #include "platform/timer.h"
 #include "stitching/iron_file.h"
 #include "stitching/iron_groups.h"
@@ -140,6 +141,9 @@ class TfrmPelw : public TViewState {
   void startMCPServerIfEnabled();
   void stopMCPServer();
   const TMcpRouter& router() const { return FRouter; }
+  // Images the scene is rendered into for pictures of the drawing
+  // (POST /render); the platform sets it. Without it that endpoint refuses.
+  TPngImageFactory FMakePngImage;
 
   // ---- view and paint (defined in src/surface/) ----
   // Millimetres to canvas pixels and back; VisibleRealRect is what the

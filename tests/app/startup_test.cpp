@@ -225,19 +225,4 @@ TEST(StartupIrons, UserFileGainsTheNewRowsOnce) {
   EXPECT_EQ(g.FPrickingIronGroups.Count(), 7u);
 }
 
-TEST(Shutdown, SignalWritesUnsavedWorkForTheNextStart) {
-  TProgram p;
-  TfrmPelw& f = p.start();
-  f.addShapeToDocument(makeLine(TPointF(0, 0), TPointF(3, 4)), 0);
-  f.finishDocumentChange();
-  const std::string recovery = f.autosaveFileName();
-  f.FormDestroyAfterSignal();
-  EXPECT_TRUE(p.dialogs.FQuestions.empty());
-  ASSERT_TRUE(fs::exists(recovery));
-  p.stop();
-  TfrmPelw& g = p.start();
-  EXPECT_EQ(g.PathList->Count(), 1u);
-  EXPECT_TRUE(g.PathList->FIsChanged);
-}
-
 }  // namespace

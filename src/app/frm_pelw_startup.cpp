@@ -60,6 +60,9 @@ void TfrmPelw::FormCreate(const std::vector<std::string>& args) {
   FCatalogPath = joinPath(FAppDataPath, "catalogs");
   ensureFolder(FRepositoryPath);
   ensureFolder(FCatalogPath);
+  // What saves cut short by a crash left behind.
+  for (const std::string& folder : {FAppDataPath, FRepositoryPath, FCatalogPath, joinPath(FAppDataPath, "demo")})
+    removeLeftoverTemporaries(folder);
   // The palette at its factory rows until the options overlay them.
   FPalletList = TPalletList();
   FBackdrops.clear();
@@ -133,6 +136,9 @@ void TfrmPelw::FormCreate(const std::vector<std::string>& args) {
 
 void TfrmPelw::FormDestroyAfterSignal() {
   FWriteRecoveryOnExit = true;
+  // The window closes after this without asking: the work is in the
+  // autosave file, which must not be deleted by an answer of No.
+  FCloseQueryAnswered = true;
   FormDestroy();
 }
 

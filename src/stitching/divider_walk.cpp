@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "stitching/stitch_rules.h"
+
 float TDividerWalk::tryPitch(double pitch, TTrial& out) {
   out.FPositions.clear();
   out.FPlaces.clear();
@@ -10,11 +12,13 @@ float TDividerWalk::tryPitch(double pitch, TTrial& out) {
   out.FEstimate = 0.0f;
   if (!(pitch > 0.0) || FTrack.empty()) return 0.0f;
   const double most = std::floor(double(kEndlessWalk) / pitch);
-  FTrack.walk(pitch, static_cast<int>(std::min(most, 1e7)) + 1, out.FPlaces);
+  FTrack.walk(pitch, static_cast<int>(std::min(most, double(kMaxRowHoles))) + 1, out.FPlaces);
   if (double(out.FPlaces.size()) > most + 1.0) {
     FEndless = true;
     return 0.0f;
   }
+  // A row this long was refused before; a walk that gets here anyway stops.
+  if (out.FPlaces.size() > size_t(kMaxRowHoles)) return 0.0f;
   for (const TTrackPos& p : out.FPlaces) out.FPositions.push_back(toPointF(FTrack.pointAt(p)));
   const TDPoint cur = FTrack.pointAt(out.FPlaces.back());
 

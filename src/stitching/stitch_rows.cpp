@@ -12,6 +12,20 @@
 #include "stitching/row_holes.h"
 #include "stitching/stitch_rules.h"
 
+TRowSize checkRowSize(double length, const TStitchSettings& settings) {
+  const double pitch = settings.FPitch;
+  if (!(pitch > 0.0) || pitch > kMaxLengthMm) return TRowSize::BadPitch;
+  const double holes = settings.isCount() ? std::round(double(settings.FNumOfHoles)) : length / pitch + 1.0;
+  return holes > kMaxRowHoles ? TRowSize::TooManyHoles : TRowSize::Fine;
+}
+
+double routeLength(const std::vector<TPW_Path*>& shapes) {
+  double length = 0.0;
+  for (const TPW_Path* s : shapes)
+    if (s) length += s->calcTotalLength();
+  return length;
+}
+
 double TRowOutcome::pitch() const { return meanHoleSpacing(FMade, false); }
 
 double TClosedOutcome::pitch() const { return meanHoleSpacing(FMade, FClosed); }
@@ -129,9 +143,6 @@ TRowOutcome layOpenRow(TOpenRow& row, const TStitchSettings& settings, TRowHoles
 
 namespace {
 
-// No ring is walked with more steps than this.
-constexpr int kMostRingSteps = 100000;
-
 // The chain closes when its last end comes back within half a millimetre
 // of its first start on both axes.
 bool chainCloses(const std::vector<TPW_Path*>& chain) {
@@ -177,7 +188,7 @@ TClosedOutcome placeOnClosedPath(const std::vector<TPW_Path*>& shapes, const TPo
   const double ringPitch = holeCount >= 2 ? track.pitchForSteps(holeCount) : 0.0;
   std::vector<TTrackPos> ring;
   const double pitch = ringPitch > 0.0 ? ringPitch : p0;
-  track.walk(pitch, ringPitch > 0.0 ? holeCount - 1 : kMostRingSteps, ring);
+  track.walk(pitch, ringPitch > 0.0 ? holeCount - 1 : kMaxRowHoles, ring);
   if (!(ringPitch > 0.0) && ring.size() >= 2) {
     // The wanted pitch as it stands: a last step that nearly meets the
     // first hole is left out.

@@ -116,6 +116,14 @@ TEST(ApiCreate, RefusalsAndUnreadableNumbersChangeNothing) {
   EXPECT_EQ(c.post("/shapes/line", R"({"x1":0,"y1":0,"x2":1,"y2":1})").body, R"({"ok":true,"id":2})");
 }
 
+TEST(ApiCreate, ValuesAreNotValidated) {
+  TApiController c;
+  EXPECT_EQ(c.post("/shapes/circle", R"({"cx":0,"cy":0,"r":-3})").body, R"({"ok":true,"id":1})");
+  EXPECT_EQ(c.post("/shapes/line", R"({"x1":4,"y1":4,"x2":4,"y2":4})").body, R"({"ok":true,"id":2})");
+  EXPECT_EQ(c.post("/shapes/arc", R"({"cx":0,"cy":0,"r":0,"startAngle":0,"endAngle":1})").body,
+            R"({"ok":true,"id":3})");
+}
+
 TEST(ApiUpdate, NewGeometryKeepsIdentifierTypeAndLayer) {
   TApiController c;
   c.post("/shapes/line", R"({"x1":0,"y1":0,"x2":10,"y2":0,"layerId":4})");

@@ -128,6 +128,20 @@ TEST(StartupCommandLine, ProjectAsFirstArgument) {
   EXPECT_EQ(f.FUndoList.size(), 1u);
 }
 
+TEST(StartupRecovery, LeftoverAutosaveIsLoadedRenamedFirstAndKeptAsItsOwn) {
+  TProgram p;
+  p.seed("autosave_77.tmp", emptyProject());
+  p.seed("delete_anytime_77.tmp", "an older crash");
+  TfrmPelw& f = p.start();
+  EXPECT_EQ(f.PathList->Count(), 1u);
+  EXPECT_EQ(f.PathList->FMemo, "recovered");
+  EXPECT_TRUE(f.FFilename.empty());
+  EXPECT_TRUE(f.PathList->FIsChanged);
+  EXPECT_FALSE(fs::exists(p.appData() + "/delete_anytime_77a.tmp"));  // loaded, then kept until replaced:
+  EXPECT_EQ(readWholeFile(f.autosaveFileName()), emptyProject());
+  EXPECT_EQ(readWholeFile(p.appData() + "/delete_anytime_77.tmp"), "an older crash");
+}
+
 TEST(StartupRecovery, AFileThatWillNotLoadStaysForTheUser) {
   TProgram p;
   p.seed("autosave_5.tmp", "{\"shapes\":[{\"id\":\"1\"}]}");

@@ -22,6 +22,7 @@ TMainWindow::TMainWindow(TfrmPelw& form, QWidget* parent) : QMainWindow(parent),
   buildEditMenu();
   buildViewMenu();
   buildLanguageMenu();
+  buildToolsMenu();
   buildStatusLine();
   connectProgramHost();
   retranslate();
@@ -128,7 +129,9 @@ void TMainWindow::buildStatusLine() {
   FStatus->setObjectName("lblStatus");
   statusBar()->addWidget(FStatus, 1);
   FForm.FViewHost.showStatus = [this](const std::string& text) { FStatus->setText(QString::fromStdString(text)); };
-  if (FForm.FMCPServer) {
+  // Where the local API listens, or why it does not; in the program's
+  // language (retranslate writes it).
+  if (FForm.FMCPServer || !FForm.FMCPServerError.empty()) {
     FServerLine = new QLabel(this);
     FServerLine->setObjectName("lblLocalApi");
     statusBar()->addPermanentWidget(FServerLine);
@@ -231,17 +234,24 @@ void TMainWindow::retranslate() {
   if (FLanguageMenu) {
     for (QAction* a : FLanguageMenu->actions()) {
       const std::string code = a->data().toString().toStdString();
+      if (code.empty()) continue;
       const std::string name = lang.getTranslation(code, "LanguageName");
       a->setText(QString::fromStdString(name.empty() ? code : name));
       a->setChecked(code == FForm.FLangID);
     }
   }
-  if (FServerLine && FForm.FMCPServer)
-    FServerLine->setText(phrase(kLocalApiLine).arg(FForm.FMCPServer->boundPort()));
+  if (FServerLine) {
+    if (FForm.FMCPServer)
+      FServerLine->setText(phrase(kLocalApiLine).arg(FForm.FMCPServer->boundPort()));
+    else
+      FServerLine->setText(QString::fromStdString(lang.getTranslation(FForm.FLangID, "ApiPortTaken")) +
+                           QString(" 127.0.0.1:%1").arg(FForm.FApiPort));
+  }
   FForm.refreshStatus();
   FCanvas->update();
   FRulerX->update();
   FRulerY->update();
+  retranslateTools();
 }
 
 void TMainWindow::connectProgramHost() {

@@ -1,0 +1,21 @@
+// The formats of the conversion, one row each: the extension, a line for
+// --help, the options it takes, and the function that makes its files.
+#include "app/frm_pelw.h"
+#include "document/project_json.h"
+#include "exchange/export_command.h"
+
+namespace {
+
+std::string exportProject(TExportJob& job) {
+  job.FFiles.emplace_back(job.FOutput, projectFileText(*job.FForm.PathList, job.FForm.FBackdrops));
+  return {};
+}
+
+}  // namespace
+
+const std::vector<TExportFormat>& exportFormats() {
+  static const std::vector<TExportFormat> formats{
+      {".pwc", "Pelwright project", {}, exportProject},
+  };
+  return formats;
+}

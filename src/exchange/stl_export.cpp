@@ -15,6 +15,8 @@ std::string stlStatusText(const TStlResult& r, bool openShapesMatter, const TMul
   if (openShapesMatter && r.OpenShapes > 0) lines.push_back(lang.getTranslation(langID, "stl_msg_open_shape_warning"));
   if (!r.ErrorKey.empty()) lines.push_back(lang.getTranslation(langID, r.ErrorKey));
   for (const std::string& w : r.Warnings) lines.push_back(w);
+  if (r.FailedRegions > 0)
+    lines.push_back(fillPhrase(lang.getTranslation(langID, "stl_msg_failed_regions"), {std::to_string(r.FailedRegions)}));
   if (r.SkippedRegions > 0)
     lines.push_back(fillPhrase(lang.getTranslation(langID, "stl_msg_skipped_regions"), {std::to_string(r.SkippedRegions)}));
   std::string text;

@@ -234,6 +234,9 @@ TEST(StlJig, NestedOutlinesVanishOrStayAsIslands) {
   EXPECT_NEAR(expectPrintable(buildStlSolid(d.shapes, s).Body, "frame").volume, (2500 - 1600) * 3, 1e-3);
   s.Jig.KeepNestedContours = true;
   EXPECT_NEAR(expectPrintable(buildStlSolid(d.shapes, s).Body, "frame and island").volume, (2500 - 1600 + 400) * 3, 1e-3);
+  s.Jig.PocketDepth = 1;
+  s.Jig.FingerHoleAtCentroid = false;
+  EXPECT_NEAR(expectPrintable(buildStlSolid(d.shapes, s).Body, "pocket round an island").volume, 2500 * 3 - 1200, 1e-3);
 }
 
 TEST(StlInput, BadDrawingsGiveAFallbackOrARefusal) {

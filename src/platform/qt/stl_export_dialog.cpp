@@ -224,8 +224,9 @@ void TfrmSTLExportOptions::buildControls() {
     FPreview = new TStlPreviewWidget(host);
     right->addWidget(FPreview, 1);
   } else {
-    auto* none = named(new QLabel("(no OpenGL here: no 3-D view)", host), "lblNoPreview");
+    auto* none = named(new QLabel(host), "lblNoPreview");
     none->setAlignment(Qt::AlignCenter);
+    none->setWordWrap(true);
     none->setMinimumSize(320, 260);
     right->addWidget(none, 1);
   }

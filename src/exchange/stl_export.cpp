@@ -5,8 +5,12 @@
 
 TStlResult buildStlSolid(const std::vector<const TPW_Path*>& shapes, const TSTLExportSettings& settings) {
   const TStlOutlines outlines = prepareStlOutlines(shapes, settings);
-  if (settings.TemplateMode) return buildJigSolid(outlines, settings.jigSettings());
-  return buildPatternSolid(outlines, settings);
+  TStlResult r;
+  if (outlines.TooDetailed) r.ErrorKey = "stl_msg_too_complex";
+  else if (settings.TemplateMode) r = buildJigSolid(outlines, settings.jigSettings());
+  else r = buildPatternSolid(outlines, settings);
+  r.OpenShapes = outlines.OpenShapes;
+  return r;
 }
 
 std::string stlStatusText(const TStlResult& r, bool openShapesMatter, const TMultiLang& lang,

@@ -77,11 +77,6 @@ void append(std::vector<TSolidCut>& to, std::vector<TSolidCut> more) {
 
 TStlResult buildJigSolid(const TStlOutlines& in, const TSTLTemplateSettings& j) {
   TStlResult r;
-  r.OpenShapes = in.OpenShapes;
-  if (in.TooDetailed) {
-    r.ErrorKey = "stl_msg_too_complex";
-    return r;
-  }
   const std::vector<TPolygon2> outlines = distinctOutlines(in.Outlines);
   if (outlines.empty()) {
     r.ErrorKey = "stl_msg_no_closed_shapes";

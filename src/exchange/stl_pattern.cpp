@@ -116,11 +116,6 @@ struct TPlateBuilder {
 
 TStlResult buildPatternSolid(const TStlOutlines& in, const TSTLExportSettings& s) {
   TStlResult r;
-  r.OpenShapes = in.OpenShapes;
-  if (in.TooDetailed) {
-    r.ErrorKey = "stl_msg_too_complex";
-    return r;
-  }
   const Paths plates = stlpoly::clip(stlpoly::toPaths(in.Outlines, kGridScale), stlpoly::toPaths(in.Holes, kGridScale),
                                      ctDifference, pftEvenOdd, pftNonZero);
   std::vector<TPolyRegion> regions = stlpoly::regionsOf(plates, pftNonZero, 1e-4);

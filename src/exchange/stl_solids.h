@@ -25,9 +25,10 @@ struct TStlResult {
   std::string ErrorKey;
 };
 
+// The two solids from outlines that are not too detailed.
 TStlResult buildPatternSolid(const TStlOutlines& in, const TSTLExportSettings& settings);
-
 TStlResult buildJigSolid(const TStlOutlines& in, const TSTLTemplateSettings& jig);
 
-// The solid the settings' mode asks for, from the shapes.
+// The solid the settings' mode asks for, from the shapes; with the count of
+// open shapes among them.
 TStlResult buildStlSolid(const std::vector<const TPW_Path*>& shapes, const TSTLExportSettings& settings);

@@ -28,6 +28,7 @@
 #include "app/safe_file.h"
 #include "document/pw_path.h"
 #include "exchange/stl_export.h"
+#include "platform/qt/dialog_parts.h"
 #include "platform/qt/qt_language.h"
 #include "platform/qt/stl_preview.h"
 
@@ -39,12 +40,6 @@ constexpr size_t kBusyPoints = 20000;
 // Colours offered for the preview, besides the materials' own.
 const TAlphaColor kColours[] = {0xFFCD853F, 0xFFD2B48C, 0xFF8B4513, 0xFF2E2A28, 0xFFF5F5F0,
                                 0xFFC0392B, 0xFF1F3A60, 0xFF2E7D32, 0xFFBFE3F5, 0xFFB9BCC4};
-
-QLabel* namedLabel(const char* name, const char* text, QWidget* parent) {
-  auto* l = new QLabel(QString::fromUtf8(text), parent);
-  l->setObjectName(name);
-  return l;
-}
 
 QGroupBox* group(const char* name, const char* title, QWidget* parent) {
   auto* g = new QGroupBox(QString::fromUtf8(title), parent);
@@ -237,11 +232,7 @@ void TfrmSTLExportOptions::buildControls() {
   lblStatus->setAlignment(Qt::AlignLeft | Qt::AlignTop);
   right->addWidget(lblViewHint);
   right->addWidget(lblStatus);
-  auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, host);
-  buttons->button(QDialogButtonBox::Ok)->setObjectName("btnOK");
-  buttons->button(QDialogButtonBox::Cancel)->setObjectName("btnCancel");
-  connect(buttons, &QDialogButtonBox::accepted, this, &TfrmSTLExportOptions::accept);
-  connect(buttons, &QDialogButtonBox::rejected, this, &TfrmSTLExportOptions::reject);
+  auto* buttons = okCancelButtons(this, host);
   right->addWidget(buttons);
 
   auto* layout = new QHBoxLayout(this);

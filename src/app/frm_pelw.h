@@ -440,6 +440,8 @@ class TfrmPelw : public TViewState {
   // handler; its reply text (for lblID), empty without a selected curve.
   std::string actBezier_G1Smoothing();
   std::string actBezier_G2Smoothing();
+  // The frame round the pattern, at a margin the user types.
+  void btnDrawOuterOffsetEdgeClick();
   // ==== end seam lines and cuts ====
 
  private:

@@ -66,10 +66,17 @@ class TSeamEdits {
   std::vector<int> smartOffsetShapes(const std::vector<TPW_Path*>& shapes, const TOffsetRequest& request,
                                      bool closed);
 
+  // The frame round a pattern: four lines (palette row 37) along the
+  // boundary of the selection, or of every shape, grown by the margin on
+  // all sides. One undo step; false with nothing to frame.
+  bool drawOuterOffsetEdge(double margin);
+
   // ---- trim and notch (seam_edits_cuts.cpp) ----
   // Removes the piece of the shape under the point between its neighbouring
   // crossings. Says nothing; the tool shows the refusals.
   TTrimOutcome trimAt(const TPointF& point);
+  // The trim tool's click: trimAt, with its refusal shown.
+  bool trimClicked(const TPointF& point);
   // The notch tool: without a canvas a click (the first marks the point on
   // an edge, the second cuts the V towards it), with one the preview for
   // the pointer at `point`. True when the click was taken or a notch cut.

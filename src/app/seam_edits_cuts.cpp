@@ -68,6 +68,16 @@ TTrimOutcome TSeamEdits::trimAt(const TPointF& point) {
   return TTrimOutcome::Trimmed;
 }
 
+bool TSeamEdits::trimClicked(const TPointF& point) {
+  switch (trimAt(point)) {
+    case TTrimOutcome::Trimmed: return true;
+    case TTrimOutcome::NotSupported: showMessage("TrimmingNotSupported"); break;
+    case TTrimOutcome::OvalNotSupported: showMessage("OvalTrimmingNotSupported"); break;
+    case TTrimOutcome::NothingHere: break;
+  }
+  return false;
+}
+
 // ---- notch ----
 
 bool TSeamEdits::notchStep(ICanvas* canvas, const TPointF& point) {

@@ -5,6 +5,7 @@
 
 #include "app/frm_pelw.h"
 #include "app/seam_edits.h"
+#include "document/number_text.h"
 #include "geometry/intersect_pair.h"
 #include "geometry/offset.h"
 #include "geometry/shape_ends.h"
@@ -16,6 +17,8 @@ namespace {
 
 // Palette row of copies shown while the pointer moves.
 constexpr int kOffsetPreviewPalletRow = 39;
+// Palette row of the frame round a pattern.
+constexpr int kOuterEdgePalletRow = 37;
 
 std::vector<const TPW_Path*> constChain(const std::vector<TPW_Path*>& shapes) {
   return {shapes.begin(), shapes.end()};
@@ -149,4 +152,52 @@ std::vector<int> TSeamEdits::smartOffsetShapes(const std::vector<TPW_Path*>& sha
       smartOffset(constChain(chain), request.FDistance, request.FDirectionPoint, closed);
   restyle(copies, request.FPaletteRow, F.FPalletList);
   return addOffsetCopies(std::move(copies), request.FLayer);
+}
+
+bool TSeamEdits::drawOuterOffsetEdge(double margin) {
+  if (!F.PathList || !std::isfinite(margin) || std::fabs(margin) > 1e6) return false;
+  std::vector<TPW_Path*> shapes = selectedShapes();
+  if (shapes.empty()) {
+    for (const auto& s : *F.PathList) shapes.push_back(s.get());
+  }
+  if (shapes.empty()) return false;
+  TRectF box = shapes.front()->getBoundary(false).normalized();
+  for (TPW_Path* s : shapes) {
+    const TRectF b = s->getBoundary(false).normalized();
+    box = TRectF(std::min(box.Left, b.Left), std::min(box.Top, b.Top), std::max(box.Right, b.Right),
+                 std::max(box.Bottom, b.Bottom));
+  }
+  const double l = box.Left - margin, t = box.Top - margin, r = box.Right + margin, b = box.Bottom + margin;
+  const TPointF corners[4] = {TPointF::fromDouble(l, t), TPointF::fromDouble(r, t), TPointF::fromDouble(r, b),
+                              TPointF::fromDouble(l, b)};
+  const TDrawPallet& row = F.FPalletList[kOuterEdgePalletRow];
+  std::vector<std::unique_ptr<TPW_Path>> lines;
+  for (int i = 0; i < 4; ++i) {
+    auto line = std::make_unique<TPW_Path>(kOuterEdgePalletRow, row.getColor(), row.FThickness, row.FDash, -1);
+    line->drawLinePath(corners[i], corners[(i + 1) % 4]);
+    lines.push_back(std::move(line));
+  }
+  F.addShapesToDocument(std::move(lines), F.FActiveLayer);
+  F.RepaintCanvas();
+  F.finishDocumentChange();
+  return true;
+}
+
+void TfrmPelw::btnDrawOuterOffsetEdgeClick() {
+  if (!PathList) return;
+  const bool anySelected =
+      std::any_of(PathList->begin(), PathList->end(), [](const auto& s) { return s->FSelected; });
+  if (!anySelected && PathList->empty()) {
+    dialogs().showMessage(phrase("Require1Shape"));
+    return;
+  }
+  const std::optional<std::string> text =
+      dialogs().inputText("Mergin", "Please specify the margin length in mm:", "5");
+  if (!text) return;
+  double margin = 0;
+  if (!textToFloat(*text, margin) || !(std::fabs(margin) <= 1e6)) {
+    dialogs().showMessage(phrase("MarginNotANumber"));
+    return;
+  }
+  FSeamEdits.drawOuterOffsetEdge(margin);
 }

@@ -145,6 +145,48 @@ bool cutBackToCrossing(TPW_Path& a, TPW_Path& b, const TDPoint& pa, const TDPoin
   return true;
 }
 
+// How many places ahead a copy may meet one it swallows the others with.
+constexpr size_t kSwallowWindow = 24;
+
+TRectF boxOf(TPW_Path& s) { return s.getBoundary(false).normalized(); }
+
+bool boxesMeet(const TRectF& a, const TRectF& b) {
+  constexpr float e = 1e-4f;
+  return a.Left <= b.Right + e && b.Left <= a.Right + e && a.Top <= b.Bottom + e && b.Top <= a.Bottom + e;
+}
+
+// Short pieces at a convex corner are swallowed whole by the corner: their
+// copies lie beyond it, and the copies before and after them cross. Such a
+// pair is cut back to its crossing and the copies between are dropped, so
+// that the corner comes out clean. Never across an empty place.
+std::vector<char> dropSwallowedCopies(std::vector<std::unique_ptr<TPW_Path>>& places, bool closed) {
+  const size_t n = places.size();
+  std::vector<char> gone(n, 0);
+  if (n < 3) return gone;
+  std::vector<TRectF> box(n);
+  for (size_t i = 0; i < n; ++i)
+    if (places[i]) box[i] = boxOf(*places[i]);
+  const size_t window = std::min(kSwallowWindow, closed ? (n - 1) / 2 : n - 1);
+  for (size_t i = 0; i < n; ++i) {
+    if (!places[i] || gone[i]) continue;
+    size_t reach = 1;  // places ahead without a gap
+    while (reach < window && (closed || i + reach + 1 < n) && places[(i + reach) % n] && !gone[(i + reach) % n])
+      ++reach;
+    for (size_t k = reach; k >= 2; --k) {
+      const size_t j = (i + k) % n;
+      if (!places[j] || gone[j] || !boxesMeet(box[i], box[j])) continue;
+      TPW_Path& a = *places[i];
+      TPW_Path& b = *places[j];
+      if (!cutBackToCrossing(a, b, toDPoint(a.FEndPt), toDPoint(b.FStartPt))) continue;
+      for (size_t m = 1; m < k; ++m) gone[(i + m) % n] = 1;
+      box[i] = boxOf(a);
+      box[j] = boxOf(b);
+      break;
+    }
+  }
+  return gone;
+}
+
 void appendConnector(const TPW_Path& style, const TDPoint& from, const TDPoint& to,
                      std::vector<std::unique_ptr<TPW_Path>>& out) {
   if (distance(from, to) <= 0.0001) return;
@@ -293,14 +335,21 @@ std::vector<std::unique_ptr<TPW_Path>> smartOffset(const std::vector<const TPW_P
   places.reserve(chain.size());
   for (const TPW_Path* shape : chain) places.push_back(offsetShape(*shape, d * s * chainSignOf(*shape)));
   const size_t n = places.size();
+  const std::vector<char> swallowed = dropSwallowedCopies(places, closedChain);
   result.reserve(n * 2);
   // Raw pointers stay valid while the copies move into the result.
   std::vector<TPW_Path*> raw(n);
   for (size_t i = 0; i < n; ++i) raw[i] = places[i].get();
+  auto successor = [&](size_t i) {
+    do {
+      i = i + 1 < n ? i + 1 : (closedChain ? 0 : n);
+    } while (i < n && swallowed[i]);
+    return i;
+  };
   for (size_t i = 0; i < n; ++i) {
-    if (!raw[i]) continue;
+    if (!raw[i] || swallowed[i]) continue;
     result.push_back(std::move(places[i]));
-    const size_t next = i + 1 < n ? i + 1 : (closedChain ? 0 : n);
+    const size_t next = successor(i);
     if (next < n && raw[next] && raw[next] != raw[i]) joinOffsets(*raw[i], *raw[next], d, result);
   }
   // A join never leaves a point that is not finite in the drawing.

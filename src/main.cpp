@@ -8,6 +8,7 @@
 #include <memory>
 #include <vector>
 
+#include "api/mcp_stdio.h"
 #include "app/command_line.h"
 #include "app/demo_projects.h"
 #include "app/frm_pelw.h"
@@ -16,6 +17,7 @@
 #include "platform/qt/main_window.h"
 #include "platform/qt/qt_dialogs.h"
 #include "platform/qt/qt_main_thread.h"
+#include "platform/qt/qt_png_image.h"
 #include "platform/qt/qt_text_layout.h"
 #include "platform/qt/qt_timer.h"
 #include "platform/qt/unix_signals.h"
@@ -59,6 +61,7 @@ int runWriteSample(int argc, char** argv, const TCommandLine& cl) {
 // start brings back.
 void connectController(TfrmPelw& form, QCoreApplication& app, const TCommandLine& cl) {
   form.FApiPort = cl.apiPort;
+  form.FMakePngImage = makeQtPngImage;
   form.FFontExists = [](const std::string& family) {
     return QFontDatabase::families().contains(QString::fromStdString(family));
   };
@@ -127,6 +130,7 @@ int main(int argc, char** argv) {
     std::fprintf(stderr, "pelwright: %s\n%s", cl.error.c_str(), commandLineHelp().c_str());
     return 2;
   }
+  if (cl.mcp) return runMcpOnStandardStreams(cl.apiPort);
   if (!cl.writeSampleFile.empty()) return runWriteSample(argc, argv, cl);
   return cl.headless ? runHeadless(argc, argv, cl) : runWindow(argc, argv, cl);
 }

@@ -22,6 +22,7 @@
 #include "libraries/draw_pallet.h"
 #include "platform/dialogs.h"
 #include "platform/main_thread.h"
+#include "platform/png_image.h"
 #include "platform/timer.h"
 #include "stitching/iron_file.h"
 #include "stitching/iron_groups.h"
@@ -35,6 +36,7 @@
 #include "stitching/route_network.h"
 #include "stitching/stitch_settings.h"
 // ---- end stitch rows ----
+#include "generators/jigsaw.h"
 
 class ICanvas;
 class INumberBox;
@@ -140,6 +142,9 @@ class TfrmPelw : public TViewState {
   void startMCPServerIfEnabled();
   void stopMCPServer();
   const TMcpRouter& router() const { return FRouter; }
+  // Images the scene is rendered into for pictures of the drawing
+  // (POST /render); the platform sets it. Without it that endpoint refuses.
+  TPngImageFactory FMakePngImage;
 
   // ---- view and paint (defined in src/surface/) ----
   // Millimetres to canvas pixels and back; VisibleRealRect is what the
@@ -443,6 +448,23 @@ class TfrmPelw : public TViewState {
   // The frame round the pattern, at a margin the user types.
   void btnDrawOuterOffsetEdgeClick();
   // ==== end seam lines and cuts ====
+
+  // ==== generators, stitching order, translation import ====
+  // (src/app/frm_pelw_generators.cpp)
+  // The jigsaw dialog's values, kept for its next opening.
+  TJigsawSettings FJigsawSettings;
+  // Draws the jigsaw pattern in the active layer as one undo step and keeps
+  // the settings. Refused settings get a message and change nothing.
+  bool actJigsaw(const TJigsawSettings& settings);
+  // Chains the selected holes into a short tour that starts at the hole
+  // nearest the pointer; one undo step. No hole selected: nothing at all.
+  void actFixStitchingOrder();
+  // Asks for a tab-separated phrase file and imports it.
+  void actImportTranslationFile();
+  // Replaces the phrase tables with the file's; a refused file gets a
+  // message and changes nothing. True when imported.
+  bool importTranslationFile(const std::string& filename);
+  // ==== end generators ====
 
  private:
   friend class TSeamEdits;  // the hit test, messages and phrases

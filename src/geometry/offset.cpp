@@ -323,11 +323,21 @@ std::vector<std::unique_ptr<TPW_Path>> smartOffset(const std::vector<const TPW_P
     for (const TPW_Path* shape : chain) appendOutlinePoints(*shape, polygon);
     if (polygon.size() > 2) {
       const bool dirInside = pointInPolygon(polygon, toDPoint(directionPoint));
-      const TPW_Path& first = *chain.front();
-      if (auto trial = offsetShape(first, d * chainSignOf(first))) {
-        const TDPoint m0 = shapeMidpoint(first), m1 = shapeMidpoint(*trial);
+      // A trial copy tells which side is which: of a line if there is one
+      // (its edge of the outline is exact, so even a tiny distance is told
+      // right), else of the first shape that gives one (a small arc may
+      // vanish on one side).
+      std::vector<const TPW_Path*> trials;
+      for (const TPW_Path* shape : chain)
+        if (shape->isType(ShapeType::Line)) trials.push_back(shape);
+      trials.insert(trials.end(), chain.begin(), chain.end());
+      for (const TPW_Path* shape : trials) {
+        const auto trial = offsetShape(*shape, d * chainSignOf(*shape));
+        if (!trial) continue;
+        const TDPoint m0 = shapeMidpoint(*shape), m1 = shapeMidpoint(*trial);
         const TDPoint probe = m0 + (m1 - m0) * 0.25;
         s = pointInPolygon(polygon, probe) == dirInside ? 1 : -1;
+        break;
       }
     }
   }

@@ -51,7 +51,7 @@ std::vector<std::unique_ptr<TPW_Path>> TSeamEdits::selectionCopies(const TPointF
   if (std::all_of(selection.begin(), selection.end(), [](TPW_Path* s) { return isLineCurveOrArc(*s); })) {
     std::vector<TPW_Path*> chain;
     std::vector<std::unique_ptr<TPW_Path>> turned;
-    if (orderIntoChain(selection, chain, turned)) {
+    if (mayFormOneChain(selection) && orderIntoChain(selection, chain, turned)) {
       const TPointF a = chain.front()->FStartPt, b = chain.back()->FEndPt;
       const bool closed = std::fabs(double(a.x) - b.x) <= 1e-4 && std::fabs(double(a.y) - b.y) <= 1e-4;
       return smartOffset(constChain(chain), d, directionPoint, closed);
@@ -96,7 +96,9 @@ std::vector<int> TSeamEdits::commitOffset(const TPointF& directionPoint) {
 std::vector<int> TSeamEdits::addOffsetCopies(std::vector<std::unique_ptr<TPW_Path>> copies, int layer) {
   std::vector<int> ids;
   if (copies.empty() || !F.PathList) return ids;
-  for (auto& c : copies) ids.push_back(F.addShapeToDocument(std::move(c), layer)->FID);
+  const size_t first = F.PathList->Count();
+  F.addShapesToDocument(std::move(copies), layer);
+  for (size_t i = first; i < F.PathList->Count(); ++i) ids.push_back((*F.PathList)[i]->FID);
   for (TPW_Path* moved : snapEndsToLineEnds(*F.PathList)) F.shapeChanged(moved);
   F.RepaintCanvas();
   F.finishDocumentChange();
@@ -147,7 +149,7 @@ std::vector<int> TSeamEdits::smartOffsetShapes(const std::vector<TPW_Path*>& sha
                                                bool closed) {
   std::vector<TPW_Path*> chain;
   std::vector<std::unique_ptr<TPW_Path>> turned;
-  if (shapes.size() < 2 || !orderIntoChain(shapes, chain, turned)) chain = shapes;
+  if (shapes.size() < 2 || !mayFormOneChain(shapes) || !orderIntoChain(shapes, chain, turned)) chain = shapes;
   std::vector<std::unique_ptr<TPW_Path>> copies =
       smartOffset(constChain(chain), request.FDistance, request.FDirectionPoint, closed);
   restyle(copies, request.FPaletteRow, F.FPalletList);

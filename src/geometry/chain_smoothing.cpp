@@ -92,14 +92,20 @@ class TSmoother {
 
 std::vector<TPW_Path*> gatherChain(TPW_Path* shape, const TShapeList& list) {
   if (!shape || !isLineCurveOrArc(*shape)) return {};
+  std::vector<TPW_Path*> members;
+  for (const auto& item : list)
+    if (isLineCurveOrArc(*item)) members.push_back(item.get());
+  const TEndGrid grid(members);
   std::deque<TPW_Path*> chain{shape};
   std::unordered_set<const TPW_Path*> used{shape};
+  std::vector<size_t> near;
   auto grow = [&](TPointF freeEnd, bool forward) {
     for (;;) {
       TPW_Path* next = nullptr;
-      for (const auto& item : list) {
-        TPW_Path* s = item.get();
-        if (!isLineCurveOrArc(*s) || used.count(s)) continue;
+      grid.near(freeEnd, near);
+      for (size_t i : near) {
+        TPW_Path* s = members[i];
+        if (used.count(s)) continue;
         if (endsJoin(s->FStartPt, freeEnd)) freeEnd = s->FEndPt;
         else if (endsJoin(s->FEndPt, freeEnd)) freeEnd = s->FStartPt;
         else continue;

@@ -1,7 +1,6 @@
 #include "geometry/offset.h"
 
 #include <algorithm>
-#include <unordered_map>
 
 #include "document/shape_list.h"
 #include "geometry/bezier_math.h"
@@ -368,52 +367,29 @@ std::vector<std::unique_ptr<TPW_Path>> smartOffset(const std::vector<const TPW_P
 }
 
 std::vector<TPW_Path*> snapEndsToLineEnds(TShapeList& list) {
-  // Line ends by cell of 0.5 mm, so that each shape looks only near its ends.
-  constexpr double kCell = 0.5;
   constexpr double kSnap = 0.1;
-  auto cellKey = [](double x, double y) {
-    const auto cx = static_cast<int64_t>(std::floor(x / kCell)), cy = static_cast<int64_t>(std::floor(y / kCell));
-    return (static_cast<uint64_t>(cx) << 32) ^ static_cast<uint32_t>(cy);
-  };
-  std::unordered_map<uint64_t, std::vector<size_t>> lineCells;
-  const size_t count = list.Count();
-  for (size_t i = 0; i < count; ++i) {
-    const TPW_Path& s = *list[i];
-    if (!s.isType(ShapeType::Line)) continue;
-    for (const TPointF& p : {s.FStartPt, s.FEndPt}) {
-      if (!std::isfinite(p.x) || !std::isfinite(p.y)) continue;
-      auto& cell = lineCells[cellKey(p.x, p.y)];
-      if (cell.empty() || cell.back() != i) cell.push_back(i);
-    }
-  }
+  std::vector<TPW_Path*> lines;
+  for (const auto& s : list)
+    if (s->isType(ShapeType::Line)) lines.push_back(s.get());
+  const TEndGrid grid(lines);
   std::vector<TPW_Path*> moved;
   std::vector<size_t> near;
-  auto snap = [&](TPointF pt, size_t self) {
-    if (!std::isfinite(pt.x) || !std::isfinite(pt.y)) return pt;
-    // Lines in list order, each pulling the point onto its start or else its end.
-    near.clear();
-    const double fx = std::floor(pt.x / kCell), fy = std::floor(pt.y / kCell);
-    for (int dx = -1; dx <= 1; ++dx) {
-      for (int dy = -1; dy <= 1; ++dy) {
-        const auto it = lineCells.find(cellKey((fx + dx + 0.5) * kCell, (fy + dy + 0.5) * kCell));
-        if (it != lineCells.end()) near.insert(near.end(), it->second.begin(), it->second.end());
-      }
-    }
-    std::sort(near.begin(), near.end());
-    near.erase(std::unique(near.begin(), near.end()), near.end());
+  // Lines in list order, each pulling the point onto its start or else its end.
+  auto snap = [&](TPointF pt, const TPW_Path* self) {
+    grid.near(pt, near);
     for (size_t li : near) {
-      if (li == self) continue;
-      const TPW_Path& line = *list[li];
+      const TPW_Path& line = *lines[li];
+      if (&line == self) continue;
       if (!pt.identical(line.FStartPt) && distanceOf(pt, line.FStartPt) < kSnap) pt = line.FStartPt;
       else if (!pt.identical(line.FEndPt) && distanceOf(pt, line.FEndPt) < kSnap) pt = line.FEndPt;
     }
     return pt;
   };
-  for (size_t i = 0; i < count; ++i) {
-    TPW_Path& s = *list[i];
+  for (const auto& item : list) {
+    TPW_Path& s = *item;
     if (!isLineCurveOrArc(s)) continue;
-    const TPointF st = snap(s.FStartPt, i);
-    const TPointF ep = snap(s.FEndPt, i);
+    const TPointF st = snap(s.FStartPt, &s);
+    const TPointF ep = snap(s.FEndPt, &s);
     const bool startMoves = !st.identical(s.FStartPt), endMoves = !ep.identical(s.FEndPt);
     if (!startMoves && !endMoves) continue;
     if (startMoves) moveShapeEnd(s, false, st);

@@ -38,6 +38,71 @@ bool isLineCurveOrArc(const TPW_Path& s) {
   return s.isType(ShapeType::Line) || s.isType(ShapeType::Bezier) || s.isType(ShapeType::Arc);
 }
 
+namespace {
+
+uint64_t cellKey(int64_t cx, int64_t cy) { return (static_cast<uint64_t>(cx) << 32) ^ static_cast<uint32_t>(cy); }
+
+bool finitePoint(const TPointF& p) { return std::isfinite(p.x) && std::isfinite(p.y); }
+
+int64_t cellOf(double v) { return static_cast<int64_t>(std::floor(v / kEndJoinGap)); }
+
+}  // namespace
+
+TEndGrid::TEndGrid(const std::vector<TPW_Path*>& shapes) {
+  for (size_t i = 0; i < shapes.size(); ++i) {
+    for (const TPointF& p : {shapes[i]->FStartPt, shapes[i]->FEndPt}) {
+      if (!finitePoint(p) || std::fabs(p.x) > 1e12 || std::fabs(p.y) > 1e12) continue;
+      auto& cell = FCells[cellKey(cellOf(p.x), cellOf(p.y))];
+      if (cell.empty() || cell.back() != i) cell.push_back(i);
+    }
+  }
+}
+
+void TEndGrid::near(const TPointF& p, std::vector<size_t>& out) const {
+  out.clear();
+  if (!finitePoint(p) || std::fabs(p.x) > 1e12 || std::fabs(p.y) > 1e12) return;
+  const int64_t cx = cellOf(p.x), cy = cellOf(p.y);
+  for (int64_t dx = -1; dx <= 1; ++dx) {
+    for (int64_t dy = -1; dy <= 1; ++dy) {
+      const auto it = FCells.find(cellKey(cx + dx, cy + dy));
+      if (it != FCells.end()) out.insert(out.end(), it->second.begin(), it->second.end());
+    }
+  }
+  std::sort(out.begin(), out.end());
+  out.erase(std::unique(out.begin(), out.end()), out.end());
+}
+
+bool mayFormOneChain(const std::vector<TPW_Path*>& shapes) {
+  const size_t n = shapes.size();
+  if (n < 2) return n == 1;
+  const TEndGrid grid(shapes);
+  std::vector<size_t> parent(n);
+  for (size_t i = 0; i < n; ++i) parent[i] = i;
+  auto root = [&](size_t i) {
+    while (parent[i] != i) i = parent[i] = parent[parent[i]];
+    return i;
+  };
+  size_t freeEnds = 0, pieces = n;
+  std::vector<size_t> near;
+  for (size_t i = 0; i < n; ++i) {
+    for (const TPointF& e : {shapes[i]->FStartPt, shapes[i]->FEndPt}) {
+      bool joined = false;
+      grid.near(e, near);
+      for (size_t j : near) {
+        if (j == i || !(endsJoin(e, shapes[j]->FStartPt) || endsJoin(e, shapes[j]->FEndPt))) continue;
+        joined = true;
+        const size_t a = root(i), b = root(j);
+        if (a != b) {
+          parent[a] = b;
+          --pieces;
+        }
+      }
+      if (!joined && ++freeEnds > 2) return false;
+    }
+  }
+  return pieces == 1;
+}
+
 std::unique_ptr<TPW_Path> newShapeStyledLike(const TPW_Path& source) {
   auto s = std::make_unique<TPW_Path>(source.FPalletIndex, source.FColor, source.FThickness, source.FDash, -1);
   s->FLayerID = source.FLayerID;

@@ -5,7 +5,9 @@
 #pragma once
 
 #include <cmath>
+#include <cstdint>
 #include <memory>
+#include <unordered_map>
 #include <vector>
 
 #include "document/pw_path.h"
@@ -39,6 +41,24 @@ inline constexpr double kEndJoinGap = 0.5;
 inline bool endsJoin(const TPointF& a, const TPointF& b) {
   return std::fabs(double(a.x) - b.x) <= kEndJoinGap && std::fabs(double(a.y) - b.y) <= kEndJoinGap;
 }
+
+// Shapes' ends hashed by cells of the join gap, so that the shapes with an
+// end near a point are found without walking them all.
+class TEndGrid {
+ public:
+  explicit TEndGrid(const std::vector<TPW_Path*>& shapes);
+  // Indices (into the shapes given) of the shapes with an end within the
+  // join gap of p on each axis, and perhaps a few more; ascending, each once.
+  void near(const TPointF& p, std::vector<size_t>& out) const;
+
+ private:
+  std::unordered_map<uint64_t, std::vector<size_t>> FCells;
+};
+
+// Whether the shapes can be one chain at all: their ends join them into one
+// connected piece, and at most two ends join no other shape's end. Cheap,
+// so that a selection that is no chain never reaches the costly ordering.
+bool mayFormOneChain(const std::vector<TPW_Path*>& shapes);
 
 // A new empty shape in the source's palette row, colour, thickness, dash
 // and layer, with id -1: the style of everything cut or copied from it.

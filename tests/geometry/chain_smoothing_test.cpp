@@ -71,5 +71,7 @@ TEST(ChainSmoothing, GatheredChainRunsInOrderAndCloses) {
   for (const TPW_Path* s : chain) ids.push_back(s->FID);
   EXPECT_EQ(ids, (std::vector<int>{1, 4, 5, 3}));
   EXPECT_TRUE(smoothChain(chain, false).FClosedLoop);
+  EXPECT_TRUE(mayFormOneChain(chain));
+  EXPECT_FALSE(mayFormOneChain({doc[0], doc[1]}));  // apart
   EXPECT_TRUE(gatherChain(doc.findByID(2), doc).size() == 1);
 }

@@ -13,8 +13,6 @@ namespace {
 
 const char* const kInvalidBody = "invalid JSON body";
 
-// Lengths from outside stay within this many millimetres.
-constexpr double kMaxLengthMm = 1000000.0;
 constexpr double kDefaultRadiusMm = 5.0;
 // A chain or shape list longer than this is refused: ordering a chain
 // grows with the square of its length.
@@ -71,9 +69,9 @@ std::optional<TSeamEdits::TOffsetRequest> readOffsetRequest(TfrmPelw& form, cons
     }
   }
   TSeamEdits::TOffsetRequest req;
-  req.FDistance = requireNumber(obj, "distanceMm");
-  if (!(req.FDistance >= 0.0 && req.FDistance <= kMaxLengthMm)) {
-    refusal = errorReply("distanceMm must be from 0 to 1000000");
+  req.FDistance = requireLength(obj, "distanceMm");
+  if (req.FDistance < 0.0) {
+    refusal = errorReply("distanceMm must not be negative");
     return std::nullopt;
   }
   req.FDirectionPoint = requirePointObject(obj, "directionPoint");
@@ -99,8 +97,8 @@ std::string apiChamfer(TfrmPelw& form, const std::string& body) {
   if (!obj->contains("lineId1") || !obj->contains("lineId2")) return errorReply("lineId1 and lineId2 are required");
   const int id1 = idOf(obj->at("lineId1"), "lineId1");
   const int id2 = idOf(obj->at("lineId2"), "lineId2");
-  const double radius = optionalNumber(*obj, "radiusMm", kDefaultRadiusMm);
-  if (!(radius > 0.0 && radius <= kMaxLengthMm)) return errorReply("radiusMm must be above 0 and at most 1000000");
+  const double radius = checkedLength(optionalNumber(*obj, "radiusMm", kDefaultRadiusMm), "radiusMm");
+  if (!(radius > 0.0)) return errorReply("radiusMm must be above 0");
   const TSeamEdits::TChamferReply made = form.FSeamEdits.chamferByIds(id1, id2, radius);
   if (!made.FError.empty()) return failReply(made.FError);
   TJsonReply r;
@@ -185,7 +183,12 @@ std::string apiTrim(TfrmPelw& form, const std::string& body) {
   if (point == obj->end()) return failReply("point is required");
   if (!point->is_object() || !point->contains("x") || !point->contains("y"))
     return failReply("point.x and point.y are required");
-  const TPointF p = requirePoint(*point, "x", "y");
+  TPointF p;
+  try {
+    p = requirePoint(*point, "x", "y");
+  } catch (const TApiRangeError& e) {
+    return failReply(e.what());
+  }
   if (form.FSeamEdits.trimAt(p) != TTrimOutcome::Trimmed) return failReply("no trimmable shape found at this point");
   return okReply();
 }

@@ -255,3 +255,16 @@ TStlSource stlSourceShapes(const TShapeList& list, bool useSelection) {
   src.Shapes = solidCloses ? std::move(solid) : std::move(all);
   return src;
 }
+
+void TStlSource::keepCopies() {
+  for (const TPW_Path*& s : Shapes) {
+    std::shared_ptr<TPW_Path> copy = s->createCopy();
+    if (copy->FPrickingIron) {
+      std::shared_ptr<TPrickingIron> iron = copy->FPrickingIron->Clone();
+      copy->FPrickingIron = iron.get();
+      FIrons.push_back(std::move(iron));
+    }
+    s = copy.get();
+    FCopies.push_back(std::move(copy));
+  }
+}

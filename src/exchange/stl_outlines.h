@@ -5,6 +5,7 @@
 // plan's y runs up, and the centre of the outlines' bounds is the origin.
 #pragma once
 
+#include <memory>
 #include <vector>
 
 #include "exchange/stl_settings.h"
@@ -12,6 +13,7 @@
 
 class TPW_Path;
 class TShapeList;
+struct TPrickingIron;
 
 struct TStlOutlines {
   std::vector<TPolygon2> Outlines;
@@ -39,5 +41,12 @@ TStlOutlines prepareStlOutlines(const std::vector<const TPW_Path*>& shapes, cons
 struct TStlSource {
   std::vector<const TPW_Path*> Shapes;
   bool FromSelection = false;  // open shapes among them deserve a word
+  // Makes Shapes point at copies of their own (and of the holes' irons),
+  // for a window that stays open while the drawing may change under it.
+  void keepCopies();
+
+ private:
+  std::vector<std::shared_ptr<const TPW_Path>> FCopies;
+  std::vector<std::shared_ptr<const TPrickingIron>> FIrons;
 };
 TStlSource stlSourceShapes(const TShapeList& list, bool useSelection = true);

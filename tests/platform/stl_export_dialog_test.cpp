@@ -1,6 +1,7 @@
 // File > Export as STL on the card holder: the preview rebuilt when a
 // setting changes but not for a colour, the jig at once, the word for open
-// shapes, the files and the settings saved; screenshots of the preview
+// shapes, the files and the settings saved (from copies, whatever happens
+// to the drawing meanwhile); screenshots of the preview
 // when asked for (run under Xvfb with PELWRIGHT_SCREENSHOT_DIR).
 #include <gtest/gtest.h>
 
@@ -106,6 +107,9 @@ TEST_F(StlExportDialog, OpenShapesAreNamedAndNothingIsSaved) {
 
 TEST_F(StlExportDialog, OkSavesTheSolidAndTheSettings) {
   TfrmSTLExportOptions d(form, stlSourceShapes(*form.PathList), window.get());
+  // The drawing may change under the open window (the local API runs in
+  // its event loop): the dialog works on copies.
+  form.PathList->clearAll();
   d.rbEngraveTop->setChecked(true);
   d.chkMultiColor->setChecked(true);
   d.nbThickness->setValue(3);

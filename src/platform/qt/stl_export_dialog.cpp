@@ -68,6 +68,8 @@ TfrmSTLExportOptions::TfrmSTLExportOptions(TfrmPelw& form, TStlSource source, QW
     : QDialog(parent), FForm(form), FSource(std::move(source)) {
   setObjectName("frmSTLExportOptions");
   setWindowTitle("STL export");
+  // The local API may change the drawing while this window is open.
+  FSource.keepCopies();
   for (const TPW_Path* s : FSource.Shapes) FPointCount += s->FData.Count();
   FRebuild = new QTimer(this);
   FRebuild->setSingleShot(true);

@@ -25,7 +25,7 @@ class TStlPreviewWidget;
 class TfrmSTLExportOptions : public QDialog {
   Q_OBJECT
  public:
-  // `source`: the shapes the solid is made from (borrowed from the document).
+  // `source`: the shapes the solid is made from; the dialog keeps copies.
   TfrmSTLExportOptions(TfrmPelw& form, TStlSource source, QWidget* parent = nullptr);
 
   // The plate; lengths in the program's unit.

@@ -52,11 +52,16 @@ bool BuildBevelStack(const TPolyRegion& region, const TExtrudeOptions& o, std::v
   std::string reason;
   switch (bottomEdgeMode(o)) {
     case TEdgeMode::Plain:
-      if (!insetItem(r, 0, 0, items, reason)) return message = "Bottom base push failed", false;
+      if (!insetItem(r, 0, 0, items, reason)) {
+        message = "Bottom base push failed";
+        return false;
+      }
       break;
     case TEdgeMode::Chamfer:
-      if (!insetItem(r, 0, b, items, reason) || !insetItem(r, b, 0, items, reason))
-        return message = "Bottom chamfer offset failed: " + reason, false;
+      if (!insetItem(r, 0, b, items, reason) || !insetItem(r, b, 0, items, reason)) {
+        message = "Bottom chamfer offset failed: " + reason;
+        return false;
+      }
       break;
     case TEdgeMode::Fillet:
       for (int i = 0; i <= n; ++i) {
@@ -64,18 +69,24 @@ bool BuildBevelStack(const TPolyRegion& region, const TExtrudeOptions& o, std::v
         if (!insetItem(r, b * (1 - std::cos(a)), b * (1 - std::sin(a)), items, reason)) {
           char text[256];
           std::snprintf(text, sizeof text, "Bottom fillet step %d offset failed: %s", i, reason.c_str());
-          return message = text, false;
+          message = text;
+          return false;
         }
       }
       break;
   }
   switch (topEdgeMode(o)) {
     case TEdgeMode::Plain:
-      if (!insetItem(r, H, 0, items, reason)) return message = "Top base push failed", false;
+      if (!insetItem(r, H, 0, items, reason)) {
+        message = "Top base push failed";
+        return false;
+      }
       break;
     case TEdgeMode::Chamfer:
-      if (!insetItem(r, H - t, 0, items, reason) || !insetItem(r, H, t, items, reason))
-        return message = "Top chamfer offset failed: " + reason, false;
+      if (!insetItem(r, H - t, 0, items, reason) || !insetItem(r, H, t, items, reason)) {
+        message = "Top chamfer offset failed: " + reason;
+        return false;
+      }
       break;
     case TEdgeMode::Fillet:
       for (int i = 0; i <= n; ++i) {
@@ -83,7 +94,8 @@ bool BuildBevelStack(const TPolyRegion& region, const TExtrudeOptions& o, std::v
         if (!insetItem(r, H - t + t * std::sin(a), t * (1 - std::cos(a)), items, reason)) {
           char text[256];
           std::snprintf(text, sizeof text, "Top fillet step %d offset failed: %s", i, reason.c_str());
-          return message = text, false;
+          message = text;
+          return false;
         }
       }
       break;

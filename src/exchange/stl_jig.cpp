@@ -137,8 +137,8 @@ TStlResult buildJigSolid(const TStlOutlines& in, const TSTLTemplateSettings& j) 
       if (engrave)
         plan.TopCuts = cutsOf(stlpoly::regionsInside(text, stlpoly::regionPaths(part, kGridScale), kMargin), T - depth);
       if (buildSolid(plan, r.Body).empty()) continue;
-      plan.TopCuts.clear();  // the letters did not fit: a plain frame
-      if (!buildSolid(plan, r.Body).empty()) ++r.FailedRegions;
+      // The letters did not fit: a plain frame.
+      if (!extrudeRegion(part, 0, T, r.Body).empty()) ++r.FailedRegions;
     }
     if (r.Body.empty()) r.ErrorKey = "stl_msg_template_failed";
     return r;

@@ -10,6 +10,7 @@
 #include <cmath>
 #include <cstdint>
 #include <unordered_map>
+#include <unordered_set>
 
 #include "exchange/stl_polygons.h"
 
@@ -126,19 +127,29 @@ double dist2(const TVec2& a, const TVec2& b) { return (a.x - b.x) * (a.x - b.x) 
 
 // A wall between two contours of one side of a profile, the lower at zLo
 // and the upper at zHi, both with the material on their left. The contours
-// are zipped from their nearest corners, always taking the shorter rung,
-// so each edge of both is used exactly once and the band closes.
-void addStitchedWall(const TPolygon2& lo, double zLo, const TPolygon2& hi, double zHi, TTriangleList& out) {
+// are zipped from their nearest corners, taking the shorter rung at each
+// step, so each edge of both is used exactly once and the band closes. A
+// rung used twice would pinch the band (one contour running a whole lap
+// against one corner of the other): the other step is taken instead, and
+// where neither will do the wall fails.
+bool addStitchedWall(const TPolygon2& lo, double zLo, const TPolygon2& hi, double zHi, TTriangleList& out) {
   const size_t n = lo.size(), m = hi.size();
   size_t j0 = 0;
   double best = 1e300;
   for (size_t j = 0; j < m; ++j)
     if (const double d = dist2(lo[0], hi[j]); d < best) best = d, j0 = j;
-  size_t i = 0, j = 0;
   auto L = [&](size_t k) -> const TVec2& { return lo[k % n]; };
   auto H = [&](size_t k) -> const TVec2& { return hi[(j0 + k) % m]; };
+  std::unordered_set<uint64_t> rungs{0};
+  auto rung = [&](size_t i, size_t j) { return (uint64_t(i % n) << 32) | uint64_t(j % m); };
+  size_t i = 0, j = 0;
   while (i < n || j < m) {
-    const bool advanceLow = j == m || (i < n && dist2(L(i + 1), H(j)) <= dist2(L(i), H(j + 1)));
+    const bool canLow = i < n && (i + 1 == n && j == m ? true : !rungs.count(rung(i + 1, j)));
+    const bool canHigh = j < m && (j + 1 == m && i == n ? true : !rungs.count(rung(i, j + 1)));
+    if (!canLow && !canHigh) return false;
+    bool advanceLow = j == m || (i < n && dist2(L(i + 1), H(j)) <= dist2(L(i), H(j + 1)));
+    if (advanceLow && !canLow) advanceLow = false;
+    if (!advanceLow && !canHigh) advanceLow = true;
     if (advanceLow) {
       push(out, at(L(i), zLo), at(L(i + 1), zLo), at(H(j), zHi));
       ++i;
@@ -146,7 +157,9 @@ void addStitchedWall(const TPolygon2& lo, double zLo, const TPolygon2& hi, doubl
       push(out, at(L(i), zLo), at(H(j + 1), zHi), at(H(j), zHi));
       ++j;
     }
+    if (i < n || j < m) rungs.insert(rung(i, j));
   }
+  return true;
 }
 
 // Pairs each hole of `lo` with the nearest hole of `hi` by their centroids;
@@ -222,8 +235,9 @@ struct TSolidBuilder {
       const TPolyRegion& b = lv[k + 1].Region;
       std::vector<size_t> match;
       if (!matchHoles(a.Holes, b.Holes, match)) return false;
-      addStitchedWall(a.Outer, lv[k].Z, b.Outer, lv[k + 1].Z, out);
-      for (size_t h = 0; h < a.Holes.size(); ++h) addStitchedWall(a.Holes[h], lv[k].Z, b.Holes[match[h]], lv[k + 1].Z, out);
+      if (!addStitchedWall(a.Outer, lv[k].Z, b.Outer, lv[k + 1].Z, out)) return false;
+      for (size_t h = 0; h < a.Holes.size(); ++h)
+        if (!addStitchedWall(a.Holes[h], lv[k].Z, b.Holes[match[h]], lv[k + 1].Z, out)) return false;
     }
     for (const TSolidCut& c : plan.TopCuts)
       if (!cut(c, zTop, true, topCap)) return false;
@@ -291,5 +305,19 @@ std::string buildSolid(const TSolidPlan& plan, TTriangleList& out) {
 std::string extrudeRegion(const TPolyRegion& region, double z0, double z1, TTriangleList& out) {
   TSolidPlan plan;
   plan.Levels = {{region, z0, 0}, {region, z1, 0}};
-  return buildSolid(plan, out);
+  const std::string why = buildSolid(plan, out);
+  if (why.empty()) return why;
+  // A corner lying on another contour's edge stops the caps: a region a
+  // hair smaller parts them.
+  std::vector<TPolyRegion> parted = stlpoly::regionsOf(
+      stlpoly::offsetPaths(stlpoly::regionPaths(region, stlpoly::kGridScale), -0.02, ClipperLib::jtMiter),
+      ClipperLib::pftNonZero, 1e-4);
+  if (parted.empty() || !stlpoly::separateRegions(parted)) return why;
+  TTriangleList mine;
+  for (const TPolyRegion& p : parted) {
+    plan.Levels = {{p, z0, 0}, {p, z1, 0}};
+    if (!buildSolid(plan, mine).empty()) return why;
+  }
+  out.insert(out.end(), mine.begin(), mine.end());
+  return {};
 }

@@ -35,7 +35,8 @@ struct TSolidPlan {
 // Appends the solid's facets; returns "" or why nothing was appended.
 std::string buildSolid(const TSolidPlan& plan, TTriangleList& out);
 
-// A plain plate from z0 to z1.
+// A plain plate from z0 to z1; where its caps cannot be made, the region
+// shrunk by 0.02 mm.
 std::string extrudeRegion(const TPolyRegion& region, double z0, double z1, TTriangleList& out);
 
 // Triangulates the area inside an odd number of the contours at height z,

@@ -95,16 +95,8 @@ struct TPlateBuilder {
         return;
       }
     }
-    // Last, a plain plate a hair smaller, which parts corners that touch
-    // along an edge.
-    std::vector<TPolyRegion> parted = stlpoly::regionsOf(
-        stlpoly::offsetPaths(stlpoly::regionPaths(region, kGridScale), -0.02, jtMiter), pftNonZero, 1e-4);
-    bool built = stlpoly::separateRegions(parted) && !parted.empty();
-    TTriangleList plain;
-    for (const TPolyRegion& p : parted)
-      if (built) built = extrudeRegion(p, 0, H, plain).empty();
-    if (built) {
-      r.Body.insert(r.Body.end(), plain.begin(), plain.end());
+    // Last, a plain plate a hair smaller.
+    if (extrudeRegion(region, 0, H, r.Body).empty()) {
       if (bevelled) ++r.SkippedRegions;
       return;
     }

@@ -8,6 +8,7 @@
 
 #include <cmath>
 #include <numbers>
+#include <random>
 
 #include "app/sample_card_holder.h"
 #include "document/shape_list.h"
@@ -277,4 +278,62 @@ TEST(StlInput, BadDrawingsGiveAFallbackOrARefusal) {
   jig.TemplateMode = true;
   EXPECT_EQ(stlFilesFor(TStlResult{}, jig, "a.stl", files), "stl_msg_no_triangles_to_save");
   EXPECT_TRUE(files.empty());
+}
+
+TEST(StlInput, RandomDrawingsGiveAClosedFileOrARefusal) {
+  // Overlapping rectangles, ellipses, crossing polygons and curved blobs,
+  // holes of every blade anywhere, letters, and any setting of either mode.
+  std::mt19937 rng(777);
+  auto U = [&](double a, double b) { return std::uniform_real_distribution<double>(a, b)(rng); };
+  for (int iter = 0; iter < 300; ++iter) {
+    TStlDrawing d;
+    for (int k = 1 + int(U(0, 5)); k > 0; --k) {
+      const float x = float(U(0, 80)), y = float(U(0, 60)), w = float(U(2, 40)), h = float(U(2, 40));
+      switch (int(U(0, 4))) {
+        case 0: d.rect(x, y, x + w, y + h); break;
+        case 1: d.add(std::make_unique<TPW_Path>(0, claBlack, 1.0f, TStrokeDash::Solid, 1)).drawEllipsePath({x, y}, w, h); break;
+        case 2: {
+          std::vector<TPointF> pts(3 + size_t(U(0, 6)));
+          for (TPointF& p : pts) p = TPointF(float(x + U(0, w)), float(y + U(0, h)));
+          d.polygon(pts);
+          break;
+        }
+        default: {
+          const std::string blob = "M" + std::to_string(x) + "," + std::to_string(y) + " C" + std::to_string(x + w) + "," +
+                                   std::to_string(y - h / 2) + " " + std::to_string(x + w) + "," + std::to_string(y + h) +
+                                   " " + std::to_string(x) + "," + std::to_string(y + h / 3) + " Z";
+          d.path(ShapeType::Other, blob.c_str());
+        }
+      }
+    }
+    for (int k = int(U(0, 30)); k > 0; --k) {
+      TPW_Path& hole = d.hole(float(U(0, 100)), float(U(0, 80)));
+      hole.FRotation = float(U(0, 360));
+      hole.FStitchType = std::string(1, "DFLR"[int(U(0, 4))]);
+    }
+    if (U(0, 1) < 0.5) d.path(ShapeType::Text, "M20,20 L30,20 L30,26 L20,26 Z M22,22 L28,22 L28,24 L22,24 Z");
+    TSTLExportSettings s;
+    s.Thickness = U(0.5, 6);
+    s.EdgeTopMode = int(U(0, 3));
+    s.EdgeBottomMode = int(U(0, 3));
+    s.EdgeTopSize = U(0, 2);
+    s.EdgeBottomSize = U(0, 2);
+    s.FilletSteps = int(U(2, 10));
+    s.StitchAsRound = U(0, 1) < 0.5;
+    s.EngraveSide = TEngraveSide(int(U(0, 3)));
+    s.EngraveDepth = U(0.1, 3);
+    s.MultiColorPrint = U(0, 1) < 0.3;
+    s.TemplateMode = U(0, 1) < 0.35;
+    s.Jig = {TSTLTemplateOuterMode(int(U(0, 3))), U(0, 15), U(50, 200), U(50, 200), U(0, 2), U(1, 8), U(0.5, 9),
+             U(0, 1) < 0.7, U(2, 30), {}, true, s.EngraveSide != TEngraveSide::None, s.EngraveDepth, U(0, 1) < 0.5};
+    const TStlResult r = buildStlSolid(d.shapes, s);
+    std::vector<std::pair<std::string, std::string>> files;
+    const std::string refusal = stlFilesFor(r, s, "x.stl", files);
+    EXPECT_NE(refusal, "stl_msg_not_closed") << iter;
+    EXPECT_EQ(r.FailedRegions, 0) << iter;
+    for (const auto& [name, bytes] : files) {
+      const TStlFileFacts f = readStlFacts(bytes);
+      EXPECT_EQ(f.unpairedEdges + f.flippedNormals, 0u) << iter << " " << name;
+    }
+  }
 }

@@ -409,6 +409,9 @@ void TfrmSTLExportOptions::enableForMode() {
   nbOuterWidth->setEnabled(rbOuterRectExplicit->isChecked());
   nbOuterHeight->setEnabled(rbOuterRectExplicit->isChecked());
   nbOuterMargin->setEnabled(!rbOuterRectExplicit->isChecked());
+  // Round holes take the diameter; holes in their own shape, the sizes.
+  nbStitchDiameter->setEnabled(rbStitchRound->isChecked());
+  if (auto* g = findChild<QGroupBox*>("gbStitchSizes")) g->setEnabled(!rbStitchRound->isChecked());
   nbFilletSteps->setEnabled(cmbEdgeTopMode->currentIndex() == kEdgeFillet ||
                             cmbEdgeBottomMode->currentIndex() == kEdgeFillet);
 }

@@ -23,6 +23,7 @@ TMainWindow::TMainWindow(TfrmPelw& form, QWidget* parent) : QMainWindow(parent),
   buildViewMenu();
   buildLanguageMenu();
   buildToolsMenu();
+  buildStlExport();
   buildStatusLine();
   connectProgramHost();
   retranslate();
@@ -232,6 +233,7 @@ void TMainWindow::retranslate() {
     }
   }
   retranslateTools();
+  retranslateStlExport();
 }
 
 void TMainWindow::connectProgramHost() {

@@ -20,6 +20,8 @@ PACKAGES=(
   libpolyclipping-dev libcpp-httplib-dev libssl-dev
   # tests and benchmarks
   libgtest-dev libgmock-dev googletest libbenchmark-dev
+  # the mesh checker that reads exported solids back as slicers do
+  admesh
   # a virtual display for screenshots of the real window
   xvfb xauth
   # the README's examples talk to the local API with curl

@@ -14,6 +14,7 @@
 #include "app/frm_pelw.h"
 #include "platform/safe_file.h"
 #include "app/sample_project_file.h"
+#include "exchange/export_command.h"
 #include "platform/qt/main_window.h"
 #include "platform/qt/qt_dialogs.h"
 #include "platform/qt/qt_main_thread.h"
@@ -23,6 +24,8 @@
 #include "platform/qt/unix_signals.h"
 
 namespace {
+
+std::string usageText() { return commandLineHelp() + exportCommandHelp(); }
 
 // Qt's arguments with the offscreen platform asked for: no display is
 // needed, and Qt still gives fonts and an event loop.
@@ -70,6 +73,33 @@ void connectController(TfrmPelw& form, QCoreApplication& app, const TCommandLine
     form.FormDestroyAfterSignal();
     app.quit();
   });
+}
+
+// --export: the drawing is converted and the program ends. Text shapes
+// still need their glyph outlines, so Qt runs offscreen for the fonts.
+int runExport(int argc, char** argv, const TCommandLine& cl) {
+  // Standard error carries the conversion's one line and nothing of Qt's.
+  qInstallMessageHandler([](QtMsgType type, const QMessageLogContext&, const QString& text) {
+    if (type == QtCriticalMsg || type == QtFatalMsg) std::fprintf(stderr, "pelwright: %s\n", qPrintable(text));
+  });
+  TOffscreenArgs qt(argc, argv);
+  QGuiApplication app(qt.argc, qt.args.data());
+  std::setlocale(LC_NUMERIC, "C");
+  TQtTextLayout textLayoutService;
+  setTextLayout(&textLayoutService);
+  std::string error;
+  int rc = 0;
+  {
+    TfrmPelw form;
+    form.FFontExists = [](const std::string& family) {
+      return QFontDatabase::families().contains(QString::fromStdString(family));
+    };
+    rc = runExportCommand(form, cl.exportOutput, cl.exportArgs, error);
+  }
+  setTextLayout(nullptr);
+  if (rc == 2) std::fprintf(stderr, "pelwright: %s\n%s", error.c_str(), usageText().c_str());
+  else if (rc != 0) std::fprintf(stderr, "pelwright: %s\n", error.c_str());
+  return rc;
 }
 
 int runHeadless(int argc, char** argv, const TCommandLine& cl) {
@@ -124,14 +154,15 @@ int runWindow(int argc, char** argv, const TCommandLine& cl) {
 int main(int argc, char** argv) {
   const TCommandLine cl = parseCommandLine(argc, argv);
   if (cl.help) {
-    std::fputs(commandLineHelp().c_str(), stdout);
+    std::fputs(usageText().c_str(), stdout);
     return 0;
   }
   if (!cl.error.empty()) {
-    std::fprintf(stderr, "pelwright: %s\n%s", cl.error.c_str(), commandLineHelp().c_str());
+    std::fprintf(stderr, "pelwright: %s\n%s", cl.error.c_str(), usageText().c_str());
     return 2;
   }
   if (cl.mcp) return runMcpOnStandardStreams(cl.apiPort);
+  if (cl.exportMode) return runExport(argc, argv, cl);
   if (!cl.writeSampleFile.empty()) return runWriteSample(argc, argv, cl);
   return cl.headless ? runHeadless(argc, argv, cl) : runWindow(argc, argv, cl);
 }

@@ -66,6 +66,11 @@ TEST_F(ProgramWindow, LanguageMenuSwitchesEveryText) {
   ASSERT_NE(japanese, nullptr);
   EXPECT_EQ(japanese->text(), QString::fromUtf8("日本語"));
   EXPECT_EQ(window->FActLoadProject->text(), "Open project...");
+  QStringList file;
+  for (QAction* a : menu("miFile")->actions())
+    if (!a->isSeparator()) file << a->objectName();
+  EXPECT_EQ(file, (QStringList{"actNewProject", "actLoadProject", "actOpenNewWindow", "actSaveProject",
+                               "actSaveProjectAs", "actExportAsSTL", "actClose"}));
   const QString port = QString::number(form.FMCPServer->boundPort());
   auto* server = window->findChild<QLabel*>("lblLocalApi");
   ASSERT_NE(server, nullptr);

@@ -23,6 +23,7 @@ TMainWindow::TMainWindow(TfrmPelw& form, QWidget* parent) : QMainWindow(parent),
   buildViewMenu();
   buildLanguageMenu();
   buildToolsMenu();
+  buildStlExport();
   buildStatusLine();
   connectProgramHost();
   retranslate();
@@ -252,6 +253,7 @@ void TMainWindow::retranslate() {
   FRulerX->update();
   FRulerY->update();
   retranslateTools();
+  retranslateStlExport();
 }
 
 void TMainWindow::connectProgramHost() {

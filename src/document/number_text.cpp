@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstdint>
 #include <cstdlib>
+#include <cstdio>
 #include <cstring>
 
 namespace {
@@ -207,6 +208,21 @@ std::string floatToText(double value, int precision) {
 std::string floatToTextWithPoint(double value, int precision) {
   std::string s;
   appendFloatText(s, value, precision, true);
+  return s;
+}
+
+void appendFixedText(std::string& out, double value, int decimals) {
+  char buf[400];
+  const int n = std::snprintf(buf, sizeof buf, "%.*f", decimals, value);
+  if (n <= 0) return;
+  const char* p = buf;
+  if (buf[0] == '-' && std::strspn(buf + 1, "0.") == static_cast<size_t>(n - 1)) ++p;
+  out.append(p, static_cast<size_t>(n) - static_cast<size_t>(p - buf));
+}
+
+std::string fixedText(double value, int decimals) {
+  std::string s;
+  appendFixedText(s, value, decimals);
   return s;
 }
 

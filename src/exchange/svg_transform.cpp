@@ -42,11 +42,18 @@ class TTransformReader {
   bool arguments(std::vector<double>& args) {
     if (!expect('(')) return false;
     for (bool first = true;; first = false) {
-      if (first) skipBlanks();
-      else skipSeparators();
+      skipBlanks();
       if (pos < s.size() && s[pos] == ')') {
         ++pos;
         return true;
+      }
+      if (!first) {
+        // Numbers are parted by blanks or one comma; a comma wants a number after it.
+        if (pos < s.size() && s[pos] == ',') {
+          ++pos;
+          skipBlanks();
+          if (pos >= s.size() || s[pos] == ')') return false;
+        }
       }
       if (!first && args.size() > 6) return false;
       double v = 0;

@@ -1,5 +1,6 @@
 #include "platform/qt/qt_exchange_dialogs.h"
 
+#include <QButtonGroup>
 #include <QCheckBox>
 #include <QDialog>
 #include <QDialogButtonBox>
@@ -43,6 +44,9 @@ bool TQtExchangeDialogs::exportOptions(const std::string& type, const TPhraseLoo
   holesLayout->addWidget(new QLabel(text(phrase, "lblSVG_HoleShape", "Stitching hole shape:"), holes));
   auto* asIs = named(new QRadioButton(text(phrase, "rbHole_AsIs", "Export as is"), holes), "rbHole_AsIs");
   auto* asDot = named(new QRadioButton(text(phrase, "rbHole_AsDot", "Export as dots"), holes), "rbHole_AsDot");
+  auto* holeShapes = new QButtonGroup(&dlg);
+  holeShapes->addButton(asIs);
+  holeShapes->addButton(asDot);
   (v.FHolesAsDots ? asDot : asIs)->setChecked(true);
   holesLayout->addWidget(asIs);
   auto* dotRow = new QHBoxLayout;
@@ -88,6 +92,9 @@ bool TQtExchangeDialogs::exportOptions(const std::string& type, const TPhraseLoo
   auto* r14 = named(new QRadioButton(text(phrase, "rbDxfR14", "DXF R14 (arcs, ellipses, splines)"), &dlg), "rbDxfR14");
   auto* flipY = named(new QCheckBox(text(phrase, "chkDXFExportFlipY", "Invert Y-Axis when exporting as DXF"), &dlg),
                       "chkDXFExportFlipY");
+  auto* versions = new QButtonGroup(&dlg);
+  versions->addButton(r12);
+  versions->addButton(r14);
   (v.FUseR14 ? r14 : r12)->setChecked(true);
   flipY->setChecked(v.FInvertY);
   // R14 always turns y upwards; the switch speaks for R12 alone.

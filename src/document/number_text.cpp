@@ -5,7 +5,6 @@
 #include <cmath>
 #include <cstdint>
 #include <cstdlib>
-#include <cstdio>
 #include <cstring>
 
 namespace {
@@ -213,11 +212,12 @@ std::string floatToTextWithPoint(double value, int precision) {
 
 void appendFixedText(std::string& out, double value, int decimals) {
   char buf[400];
-  const int n = std::snprintf(buf, sizeof buf, "%.*f", decimals, value);
-  if (n <= 0) return;
+  const auto res = std::to_chars(buf, buf + sizeof buf, value, std::chars_format::fixed, decimals);
+  if (res.ec != std::errc()) return;
+  const size_t n = static_cast<size_t>(res.ptr - buf);
   const char* p = buf;
-  if (buf[0] == '-' && std::strspn(buf + 1, "0.") == static_cast<size_t>(n - 1)) ++p;
-  out.append(p, static_cast<size_t>(n) - static_cast<size_t>(p - buf));
+  if (buf[0] == '-' && std::strspn(buf + 1, "0.") == n - 1) ++p;
+  out.append(p, n - static_cast<size_t>(p - buf));
 }
 
 std::string fixedText(double value, int decimals) {

@@ -2,12 +2,9 @@
 // rounded outlines, flaps, snaps and fold lines. SVG out, DXF out in both
 // forms, and that SVG read back in through the import command.
 #include <benchmark/benchmark.h>
-#include <stdlib.h>
 
-#include <filesystem>
-
-#include "app/frm_pelw.h"
 #include "app/safe_file.h"
+#include "bench_program.h"
 #include "exchange/dxf_export.h"
 #include "exchange/svg_export.h"
 #include "exchange/svg_import.h"
@@ -15,22 +12,9 @@
 
 namespace {
 
-struct TExchangeBench {
-  std::string folder;
-  std::unique_ptr<TfrmPelw> form;
+struct TExchangeBench : TBenchController {
   explicit TExchangeBench(int shapes = 20000) {
-    char tmpl[] = "/tmp/pelwright-bench-XXXXXX";
-    folder = mkdtemp(tmpl);
-    form = std::make_unique<TfrmPelw>();
-    form->FAppDataPath = folder + "/appdata";
-    form->FHeadless = true;
-    form->FormCreate({});
     if (shapes) bench_doc::fill(*form->PathList, shapes);
-  }
-  ~TExchangeBench() {
-    form.reset();
-    std::error_code ec;
-    std::filesystem::remove_all(folder, ec);
   }
 };
 

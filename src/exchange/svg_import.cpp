@@ -77,6 +77,7 @@ std::string property(pugi::xml_node n, const char* name) {
     const size_t e = style.find(';', p);
     std::string v = style.substr(p + key.size(), e == std::string::npos ? std::string::npos : e - p - key.size());
     v.erase(0, v.find_first_not_of(" \t"));
+    v.erase(v.find_last_not_of(" \t") + 1);
     return v;
   }
   return {};

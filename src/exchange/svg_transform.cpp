@@ -1,7 +1,6 @@
 #include "exchange/svg_transform.h"
 
 #include <cctype>
-#include <charconv>
 #include <cmath>
 #include <numbers>
 #include <string>
@@ -66,28 +65,7 @@ class TTransformReader {
   std::string_view s;
   size_t pos = 0;
 
-  bool number(double& v) {
-    const size_t b = pos;
-    if (pos < s.size() && (s[pos] == '+' || s[pos] == '-')) ++pos;
-    bool digits = false;
-    while (pos < s.size() && std::isdigit(static_cast<unsigned char>(s[pos]))) ++pos, digits = true;
-    if (pos < s.size() && s[pos] == '.') {
-      ++pos;
-      while (pos < s.size() && std::isdigit(static_cast<unsigned char>(s[pos]))) ++pos, digits = true;
-    }
-    if (!digits) return false;
-    if (pos < s.size() && (s[pos] == 'e' || s[pos] == 'E')) {
-      size_t e = pos + 1;
-      if (e < s.size() && (s[e] == '+' || s[e] == '-')) ++e;
-      if (e < s.size() && std::isdigit(static_cast<unsigned char>(s[e]))) {
-        while (e < s.size() && std::isdigit(static_cast<unsigned char>(s[e]))) ++e;
-        pos = e;
-      }
-    }
-    const char* first = s.data() + b + (s[b] == '+' ? 1 : 0);
-    const auto res = std::from_chars(first, s.data() + pos, v);
-    return res.ec == std::errc() && std::isfinite(v);
-  }
+  bool number(double& v) { return readSvgNumber(s, pos, v) && std::isfinite(v); }
 };
 
 double radians(double deg) { return deg * std::numbers::pi / 180.0; }

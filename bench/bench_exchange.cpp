@@ -4,7 +4,7 @@
 #include <benchmark/benchmark.h>
 
 #include "app/safe_file.h"
-#include "bench_program.h"
+#include "bench_form.h"
 #include "exchange/dxf_export.h"
 #include "exchange/svg_export.h"
 #include "exchange/svg_import.h"
@@ -12,7 +12,7 @@
 
 namespace {
 
-struct TExchangeBench : TBenchController {
+struct TExchangeBench : TBenchForm {
   explicit TExchangeBench(int shapes = 20000) {
     if (shapes) bench_doc::fill(*form->PathList, shapes);
   }

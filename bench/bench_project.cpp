@@ -10,7 +10,7 @@
 
 #include "app/frm_pelw.h"
 #include "app/safe_file.h"
-#include "bench_program.h"
+#include "bench_form.h"
 #include "document/project_json.h"
 
 namespace {
@@ -54,7 +54,7 @@ void buildPieces(TfrmPelw& f, int shapes) {
   f.recalcIntersections();
 }
 
-struct TBenchProgram : TBenchController {
+struct TBenchProgram : TBenchForm {
   explicit TBenchProgram(int shapes) {
     buildPieces(*form, shapes);
     form->clearUndo();

@@ -8,6 +8,7 @@
 #include <memory>
 #include <vector>
 
+#include "api/mcp_stdio.h"
 #include "app/command_line.h"
 #include "app/demo_projects.h"
 #include "app/frm_pelw.h"
@@ -18,6 +19,7 @@
 #include "platform/qt/qt_dialogs.h"
 #include "platform/qt/qt_exchange_dialogs.h"
 #include "platform/qt/qt_main_thread.h"
+#include "platform/qt/qt_png_image.h"
 #include "platform/qt/qt_text_layout.h"
 #include "platform/qt/qt_timer.h"
 #include "platform/qt/unix_signals.h"
@@ -63,6 +65,7 @@ int runWriteSample(int argc, char** argv, const TCommandLine& cl) {
 // start brings back.
 void connectController(TfrmPelw& form, QCoreApplication& app, const TCommandLine& cl) {
   form.FApiPort = cl.apiPort;
+  form.FMakePngImage = makeQtPngImage;
   form.FFontExists = [](const std::string& family) {
     return QFontDatabase::families().contains(QString::fromStdString(family));
   };
@@ -163,6 +166,7 @@ int main(int argc, char** argv) {
     return 2;
   }
   if (cl.exportMode) return runExport(argc, argv, cl);
+  if (cl.mcp) return runMcpOnStandardStreams(cl.apiPort);
   if (!cl.writeSampleFile.empty()) return runWriteSample(argc, argv, cl);
   return cl.headless ? runHeadless(argc, argv, cl) : runWindow(argc, argv, cl);
 }

@@ -14,13 +14,6 @@ const char* const kInvalidBody = "invalid JSON body";
 constexpr double kDefaultPitchMm = 4.0;
 constexpr double kDefaultHoleCount = 10.0;
 
-// {"ok":false,"error":"<message>"}: the row could not be laid.
-std::string refusal(const std::string& message) {
-  TJsonReply r;
-  r.beginObject().field("ok", false).field("error", message).endObject();
-  return r.take();
-}
-
 // What a row made: its count, the pitch it closed with (to a thousandth),
 // the corner mode when a corner method laid it, and the new holes.
 std::string rowReply(const TfrmPelw::TStitchReply& made, bool withCornerMode) {
@@ -64,7 +57,7 @@ std::string apiStitchAlongPath(TfrmPelw& form, const std::string& body) {
   req.FStitchType = optionalText(*obj, "stitchType", req.FStitchType);
   req.FLayerId = resolveLayer(*obj, form.FActiveLayer);
   const TfrmPelw::TStitchReply made = form.apiStitchAlongPath(req);
-  if (!made.FOk) return refusal(made.FError);
+  if (!made.FOk) return failReply(made.FError);
   return rowReply(made, made.FChainPlacement);
 }
 
@@ -81,6 +74,6 @@ std::string apiStitchLoop(TfrmPelw& form, const std::string& body) {
   if (obj->contains("cornerMode")) req.FCornerMode = optionalWholeNumber(*obj, "cornerMode", kCornerUniform);
   req.FLayerId = resolveLayer(*obj, form.FActiveLayer);
   const TfrmPelw::TStitchReply made = form.apiStitchLoop(req);
-  if (!made.FOk) return refusal(made.FError);
+  if (!made.FOk) return failReply(made.FError);
   return rowReply(made, false);
 }

@@ -36,7 +36,8 @@ TCommandLine parseExportLine(int argc, const char* const* argv) {
       cl.exportOutput = argv[++i];
     } else if (a == "--help" || a == "-h") {
       cl.help = true;
-    } else if (a == "--headless" || a == "--write-sample" || a == "--api-port" || a.rfind("--api-port=", 0) == 0 ||
+    } else if (a == "--headless" || a == "--mcp" || a == "--write-sample" || a == "--api-port" ||
+               a.rfind("--api-port=", 0) == 0 ||
                a == "--instance-id") {
       cl.error = a + " does not go with --export";
       return cl;
@@ -62,6 +63,8 @@ TCommandLine parseCommandLine(int argc, const char* const* argv) {
       filesOnly = true;
     } else if (a == "--headless") {
       cl.headless = true;
+    } else if (a == "--mcp") {
+      cl.mcp = true;
     } else if (a == "--help" || a == "-h") {
       cl.help = true;
     } else if (a == "--write-sample") {
@@ -87,6 +90,8 @@ TCommandLine parseCommandLine(int argc, const char* const* argv) {
       return cl;
     }
   }
+  if (cl.mcp && (cl.headless || !cl.writeSampleFile.empty() || !cl.args.empty()))
+    cl.error = "--mcp takes no project file and no other mode; only --api-port";
   return cl;
 }
 
@@ -102,6 +107,9 @@ std::string commandLineHelp() {
          "                    other programs edit the drawing through it.\n"
          "                    Ends on SIGINT or SIGTERM.\n"
          "  --api-port N      port of the local API on 127.0.0.1 (default 7777)\n"
+         "  --mcp             serve the Model Context Protocol on standard input\n"
+         "                    and output for an assistant, passing its tool\n"
+         "                    calls to the running program's local API\n"
          "  --instance-id ID  marks a window opened from another one\n"
          "  --write-sample FILE\n"
          "                    write the card holder sample project to FILE\n"

@@ -21,6 +21,7 @@
 #include "libraries/draw_pallet.h"
 #include "platform/dialogs.h"
 #include "platform/main_thread.h"
+#include "platform/png_image.h"
 #include "platform/timer.h"
 #include "stitching/iron_file.h"
 #include "stitching/iron_groups.h"
@@ -37,6 +38,7 @@
 // ---- exchange ----
 #include "exchange/export_settings.h"
 // ---- end exchange ----
+#include "generators/jigsaw.h"
 
 class ICanvas;
 class IExchangeDialogs;
@@ -143,6 +145,9 @@ class TfrmPelw : public TViewState {
   void startMCPServerIfEnabled();
   void stopMCPServer();
   const TMcpRouter& router() const { return FRouter; }
+  // Images the scene is rendered into for pictures of the drawing
+  // (POST /render); the platform sets it. Without it that endpoint refuses.
+  TPngImageFactory FMakePngImage;
 
   // ---- view and paint (defined in src/surface/) ----
   // Millimetres to canvas pixels and back; VisibleRealRect is what the
@@ -459,6 +464,23 @@ class TfrmPelw : public TViewState {
   // step; with askSize the width dialog may scale it.
   TSvgImportResult importSVGFile(const std::string& filename, bool disassemble, bool askSize);
   // ==== end exchange ====
+
+  // ==== generators, stitching order, translation import ====
+  // (src/app/frm_pelw_generators.cpp)
+  // The jigsaw dialog's values, kept for its next opening.
+  TJigsawSettings FJigsawSettings;
+  // Draws the jigsaw pattern in the active layer as one undo step and keeps
+  // the settings. Refused settings get a message and change nothing.
+  bool actJigsaw(const TJigsawSettings& settings);
+  // Chains the selected holes into a short tour that starts at the hole
+  // nearest the pointer; one undo step. No hole selected: nothing at all.
+  void actFixStitchingOrder();
+  // Asks for a tab-separated phrase file and imports it.
+  void actImportTranslationFile();
+  // Replaces the phrase tables with the file's; a refused file gets a
+  // message and changes nothing. True when imported.
+  bool importTranslationFile(const std::string& filename);
+  // ==== end generators ====
 
  private:
   // ---- stitch rows ----

@@ -1,6 +1,7 @@
 // The road every change of the document takes: shapes in, changed, out,
 // with the list of crossings kept current on the way.
 #include <algorithm>
+#include <unordered_set>
 
 #include "app/frm_pelw.h"
 #include "geometry/collect_intersections.h"
@@ -25,9 +26,13 @@ TPW_Path* TfrmPelw::addShapeToDocument(std::unique_ptr<TPW_Path> shape, int laye
 void TfrmPelw::addShapesToDocument(std::vector<std::unique_ptr<TPW_Path>> shapes, int layer) {
   if (!PathList) return;
   const size_t first = PathList->Count();
+  // The ids in use, gathered once: a generator hands over thousands of shapes.
+  std::unordered_set<int> used;
+  for (const auto& s : *PathList) used.insert(s->FID);
   for (auto& shape : shapes) {
     if (!shape) continue;
-    if (shape->FID <= 0 || idInUse(*PathList, shape->FID)) shape->updateId(PathList->getNextID());
+    if (shape->FID <= 0 || used.count(shape->FID)) shape->updateId(PathList->getNextID());
+    used.insert(shape->FID);
     const int target = layer == kOwnLayer ? shape->FLayerID : layer;
     PathList->add(std::move(shape), target);
   }

@@ -22,6 +22,7 @@ TMainWindow::TMainWindow(TfrmPelw& form, QWidget* parent) : QMainWindow(parent),
   buildEditMenu();
   buildViewMenu();
   buildLanguageMenu();
+  buildToolsMenu();
   buildStatusLine();
   connectProgramHost();
   retranslate();
@@ -232,11 +233,13 @@ void TMainWindow::retranslate() {
   if (FLanguageMenu) {
     for (QAction* a : FLanguageMenu->actions()) {
       const std::string code = a->data().toString().toStdString();
+      if (code.empty()) continue;
       const std::string name = lang.getTranslation(code, "LanguageName");
       a->setText(QString::fromStdString(name.empty() ? code : name));
       a->setChecked(code == FForm.FLangID);
     }
   }
+  retranslateTools();
 }
 
 void TMainWindow::connectProgramHost() {

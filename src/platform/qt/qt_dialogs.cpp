@@ -6,7 +6,9 @@
 
 QString TQtDialogs::filterFor(const std::string& extension) const {
   if (!FFilter.isEmpty()) return FFilter;
-  return QString("Pelwright project (*%1)").arg(QString::fromStdString(extension));
+  const QString ext = QString::fromStdString(extension);
+  if (ext != ".pwc") return QString("%1 (*%1);;* (*)").arg(ext);
+  return QString("Pelwright project (*%1)").arg(ext);
 }
 
 void TQtDialogs::showMessage(const std::string& text) {

@@ -1,5 +1,5 @@
 // A controller started headless in a temporary application data folder,
-// removed again afterwards, for benchmarks that need the whole program.
+// removed again afterwards.
 #pragma once
 
 #include <stdlib.h>
@@ -10,10 +10,10 @@
 
 #include "app/frm_pelw.h"
 
-struct TBenchController {
+struct TBenchForm {
   std::string folder;
   std::unique_ptr<TfrmPelw> form;
-  TBenchController() {
+  TBenchForm() {
     char tmpl[] = "/tmp/pelwright-bench-XXXXXX";
     folder = mkdtemp(tmpl);
     form = std::make_unique<TfrmPelw>();
@@ -21,11 +21,11 @@ struct TBenchController {
     form->FHeadless = true;
     form->FormCreate({});
   }
-  ~TBenchController() {
+  ~TBenchForm() {
     form.reset();
     std::error_code ec;
     std::filesystem::remove_all(folder, ec);
   }
-  TBenchController(const TBenchController&) = delete;
-  TBenchController& operator=(const TBenchController&) = delete;
+  TBenchForm(const TBenchForm&) = delete;
+  TBenchForm& operator=(const TBenchForm&) = delete;
 };

@@ -11,5 +11,5 @@ doc = ezdxf.readfile(sys.argv[1])
 auditor = doc.audit()
 msp = doc.modelspace()
 ext = bbox.extents(msp)
-print(f"errors={len(auditor.errors)} fixes={len(auditor.fixes)} entities={len(msp)} "
-      f"extents={ext.extmin.x:.3f},{ext.extmin.y:.3f},{ext.extmax.x:.3f},{ext.extmax.y:.3f}")
+box = ",".join(f"{round(v, 3) + 0.0:.3f}" for v in (ext.extmin.x, ext.extmin.y, ext.extmax.x, ext.extmax.y))
+print(f"errors={len(auditor.errors)} fixes={len(auditor.fixes)} entities={len(msp)} extents={box}")

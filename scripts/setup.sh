@@ -21,6 +21,8 @@ PACKAGES=(
   libpolyclipping-dev libcpp-httplib-dev libssl-dev
   # tests and benchmarks
   libgtest-dev libgmock-dev googletest libbenchmark-dev
+  # the mesh checker that reads exported solids back as slicers do
+  admesh
   # a virtual display for screenshots of the real window
   xvfb xauth
 )

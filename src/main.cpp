@@ -166,8 +166,8 @@ int main(int argc, char** argv) {
     std::fprintf(stderr, "pelwright: %s\n%s", cl.error.c_str(), usageText().c_str());
     return 2;
   }
-  if (cl.exportMode) return runExport(argc, argv, cl);
   if (cl.mcp) return runMcpOnStandardStreams(cl.apiPort);
+  if (cl.exportMode) return runExport(argc, argv, cl);
   if (!cl.writeSampleFile.empty()) return runWriteSample(argc, argv, cl);
   return cl.headless ? runHeadless(argc, argv, cl) : runWindow(argc, argv, cl);
 }

@@ -23,6 +23,7 @@ TMainWindow::TMainWindow(TfrmPelw& form, QWidget* parent) : QMainWindow(parent),
   buildViewMenu();
   buildLanguageMenu();
   buildToolsMenu();
+  buildStlExport();
   buildStatusLine();
   connectProgramHost();
   retranslate();
@@ -242,6 +243,7 @@ void TMainWindow::retranslate() {
     }
   }
   retranslateTools();
+  retranslateStlExport();
 }
 
 void TMainWindow::connectProgramHost() {

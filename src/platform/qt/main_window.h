@@ -53,6 +53,14 @@ class TMainWindow : public QMainWindow {
   void openJigsawDialog();
   void openDyeMixer();
 
+  // ---- File > Export as STL: the solids' dialog (main_window_stl.cpp) ----
+  QAction* FActExportAsSTL = nullptr;
+  void buildStlExport();
+  void retranslateStlExport();
+  // The selected shapes, or the drawing's closed outlines, in the dialog;
+  // a message when there is nothing to make a solid of.
+  void actExportAsSTL();
+
  protected:
   void showEvent(QShowEvent* e) override;
   void closeEvent(QCloseEvent* e) override;

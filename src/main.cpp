@@ -17,6 +17,7 @@
 #include "exchange/export_command.h"
 #include "platform/qt/main_window.h"
 #include "platform/qt/qt_dialogs.h"
+#include "platform/qt/qt_exchange_dialogs.h"
 #include "platform/qt/qt_main_thread.h"
 #include "platform/qt/qt_png_image.h"
 #include "platform/qt/qt_text_layout.h"
@@ -131,8 +132,10 @@ int runWindow(int argc, char** argv, const TCommandLine& cl) {
   useQtTimers();
 
   TQtDialogs dialogs;
+  TQtExchangeDialogs exchangeDialogs;
   TfrmPelw form;
   form.FDialogs = &dialogs;
+  form.FExchangeDialogs = &exchangeDialogs;
   form.FDemoSourcePath = shippedDemoFolder(QCoreApplication::applicationDirPath().toStdString());
   connectController(form, app, cl);
   form.FormCreate(cl.args);
@@ -140,9 +143,11 @@ int runWindow(int argc, char** argv, const TCommandLine& cl) {
   {
     TMainWindow window(form);
     dialogs.setParent(&window);
+    exchangeDialogs.setParent(&window);
     window.show();
     rc = app.exec();
     dialogs.setParent(nullptr);
+    exchangeDialogs.setParent(nullptr);
   }
   form.FormDestroy();
   setTextLayout(nullptr);

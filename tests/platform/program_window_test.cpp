@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <QAction>
-#include <QLabel>
 #include <QApplication>
 #include <QDir>
 #include <QLabel>
@@ -70,7 +69,9 @@ TEST_F(ProgramWindow, LanguageMenuSwitchesEveryText) {
   for (QAction* a : menu("miFile")->actions())
     if (!a->isSeparator()) file << a->objectName();
   EXPECT_EQ(file, (QStringList{"actNewProject", "actLoadProject", "actOpenNewWindow", "actSaveProject",
-                               "actSaveProjectAs", "actExportAsSTL", "actClose"}));
+                               "actSaveProjectAs", "actImportSVG", "actExportAsSVG", "actExportAsDXF",
+                               "actExportAsSTL", "actClose"}));
+  EXPECT_EQ(window->FActSaveProject->shortcut(), QKeySequence(QKeySequence::Save));
   const QString port = QString::number(form.FMCPServer->boundPort());
   auto* server = window->findChild<QLabel*>("lblLocalApi");
   ASSERT_NE(server, nullptr);

@@ -176,6 +176,10 @@ void TMainWindow::buildFileMenu() {
   if (FActSaveProjectAs->shortcut().isEmpty())
     FActSaveProjectAs->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S));
   FFileMenu->addSeparator();
+  FActImportSVG = addCommand(FFileMenu, this, "actImportSVG", QKeySequence());
+  FActExportAsSVG = addCommand(FFileMenu, this, "actExportAsSVG", QKeySequence());
+  FActExportAsDXF = addCommand(FFileMenu, this, "actExportAsDXF", QKeySequence());
+  FFileMenu->addSeparator();
   FActClose = addCommand(FFileMenu, this, "actClose", QKeySequence::Quit);
   connect(FActNewProject, &QAction::triggered, this, [this] { FForm.actNewProject(); });
   connect(FActLoadProject, &QAction::triggered, this, [this] { FForm.actLoadProject(); });
@@ -183,6 +187,12 @@ void TMainWindow::buildFileMenu() {
   connect(FActSaveProject, &QAction::triggered, this, [this] { FForm.actSaveProject(); });
   connect(FActSaveProjectAs, &QAction::triggered, this, [this] { FForm.actSaveProjectAs(); });
   connect(FActClose, &QAction::triggered, this, [this] { FForm.actClose(); });
+  connect(FActImportSVG, &QAction::triggered, this, [this] {
+    FForm.actImportSVG();
+    FForm.refreshStatus();
+  });
+  connect(FActExportAsSVG, &QAction::triggered, this, [this] { FForm.actExportAsSVG(); });
+  connect(FActExportAsDXF, &QAction::triggered, this, [this] { FForm.actExportAsDXF(); });
 }
 
 void TMainWindow::buildEditMenu() {

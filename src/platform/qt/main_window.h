@@ -30,6 +30,9 @@ class TMainWindow : public QMainWindow {
   QAction* FActOpenNewWindow = nullptr;
   QAction* FActSaveProject = nullptr;
   QAction* FActSaveProjectAs = nullptr;
+  QAction* FActImportSVG = nullptr;
+  QAction* FActExportAsSVG = nullptr;
+  QAction* FActExportAsDXF = nullptr;
   QAction* FActClose = nullptr;
   QAction* FActUndo = nullptr;
   QAction* FActRedo = nullptr;

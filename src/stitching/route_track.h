@@ -67,8 +67,9 @@ class TRouteTrack {
   double pitchForSteps(int steps) const;
   // Of the step counts whose pitches lie either side of the wanted one,
   // the one whose pitch comes nearer (the fewer steps on a tie); 0 when
-  // the track takes no step at all.
-  int nearestStepCount(double pitch) const;
+  // the track takes no step at all. `closingPitch`, when given, receives
+  // that count's pitchForSteps.
+  int nearestStepCount(double pitch, double* closingPitch = nullptr) const;
 
   // The point at the position put onto its drawn shape: radially onto an
   // arc or circle, to the nearest point of an ellipse or a curve. Shapes of
@@ -83,5 +84,9 @@ class TRouteTrack {
   std::vector<const TPW_Path*> FLegShapes;
 
   int pieceCount() const { return static_cast<int>(FPoints.size()) - 1; }
+  // nextAtChord looking from piece `first` on (at or after from's piece).
+  bool exitFrom(const TTrackPos& from, int first, const TDPoint& center, double radius, TTrackPos& next) const;
+  // The dividers' next step from a place on the track, standing on it.
+  bool stepFrom(const TTrackPos& from, const TDPoint& center, double pitch, TTrackPos& next) const;
   void addLeg(const TTrackLeg& leg);
 };

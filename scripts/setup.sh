@@ -20,6 +20,8 @@ PACKAGES=(
   libpolyclipping-dev libcpp-httplib-dev libssl-dev
   # tests and benchmarks
   libgtest-dev libgmock-dev googletest libbenchmark-dev
+  # PDF pages rendered to pixels, to measure printed lengths in the tests
+  poppler-utils
   # a virtual display for screenshots of the real window
   xvfb xauth
 )

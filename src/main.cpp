@@ -18,6 +18,8 @@
 #include "platform/qt/main_window.h"
 #include "platform/qt/qt_dialogs.h"
 #include "platform/qt/qt_main_thread.h"
+#include "platform/qt/qt_paper_device.h"
+#include "platform/qt/qt_print_service.h"
 #include "platform/qt/qt_png_image.h"
 #include "platform/qt/qt_text_layout.h"
 #include "platform/qt/qt_timer.h"
@@ -65,6 +67,7 @@ int runWriteSample(int argc, char** argv, const TCommandLine& cl) {
 void connectController(TfrmPelw& form, QCoreApplication& app, const TCommandLine& cl) {
   form.FApiPort = cl.apiPort;
   form.FMakePngImage = makeQtPngImage;
+  form.FMakePdfDocument = makeQtPdfDocument;
   form.FFontExists = [](const std::string& family) {
     return QFontDatabase::families().contains(QString::fromStdString(family));
   };
@@ -91,6 +94,7 @@ int runExport(int argc, char** argv, const TCommandLine& cl) {
   int rc = 0;
   {
     TfrmPelw form;
+    form.FMakePdfDocument = makeQtPdfDocument;
     form.FFontExists = [](const std::string& family) {
       return QFontDatabase::families().contains(QString::fromStdString(family));
     };
@@ -130,8 +134,10 @@ int runWindow(int argc, char** argv, const TCommandLine& cl) {
   useQtTimers();
 
   TQtDialogs dialogs;
+  TQtPrintService printService;
   TfrmPelw form;
   form.FDialogs = &dialogs;
+  form.FPrintService = &printService;
   form.FDemoSourcePath = shippedDemoFolder(QCoreApplication::applicationDirPath().toStdString());
   connectController(form, app, cl);
   form.FormCreate(cl.args);
@@ -139,9 +145,11 @@ int runWindow(int argc, char** argv, const TCommandLine& cl) {
   {
     TMainWindow window(form);
     dialogs.setParent(&window);
+    printService.setParent(&window);
     window.show();
     rc = app.exec();
     dialogs.setParent(nullptr);
+    printService.setParent(nullptr);
   }
   form.FormDestroy();
   setTextLayout(nullptr);

@@ -3,6 +3,7 @@
 #include "app/frm_pelw.h"
 #include "document/project_json.h"
 #include "exchange/export_command.h"
+#include "exchange/pdf_export.h"
 
 namespace {
 
@@ -15,6 +16,7 @@ std::string exportProject(TExportJob& job) {
 
 const std::vector<TExportFormat>& exportFormats() {
   static const std::vector<TExportFormat> formats{
+      {".pdf", "PDF at the paper's true size, tiled when the drawing is larger", pdfExportOptions(), exportPdf},
       {".pwc", "Pelwright project", {}, exportProject},
   };
   return formats;

@@ -23,6 +23,7 @@ TMainWindow::TMainWindow(TfrmPelw& form, QWidget* parent) : QMainWindow(parent),
   buildViewMenu();
   buildLanguageMenu();
   buildToolsMenu();
+  buildPrintCommands();
   buildStatusLine();
   connectProgramHost();
   retranslate();
@@ -230,6 +231,7 @@ void TMainWindow::retranslate() {
     }
   }
   retranslateTools();
+  retranslatePrint();
 }
 
 void TMainWindow::connectProgramHost() {

@@ -124,7 +124,7 @@ void TQtCanvas::setFill(TAlphaColor color, TBrushKind kind) {
     return;
   }
   const QColor c = toQColor(color);
-  if (FBrush.style() != Qt::SolidPattern || FBrush.color() != c) FBrush = QBrush(c);
+  if (FVectorOutput || FBrush.style() != Qt::SolidPattern || FBrush.color() != c) FBrush = QBrush(c);
 }
 
 void TQtCanvas::setFillBitmap(const ICanvasBitmap* bitmap) {
@@ -163,7 +163,7 @@ bool longVertical(const TStrokedLine& l) {
 }  // namespace
 
 void TQtCanvas::drawStrokedLines(const std::vector<TStrokedLine>& lines, float opacity) {
-  const bool plain = FPainter->transform().isIdentity();
+  const bool plain = !FVectorOutput && FPainter->transform().isIdentity();
   for (size_t i = 0; i < lines.size();) {
     size_t j = i;
     while (plain && j < lines.size() && longVertical(lines[j])) ++j;
@@ -285,7 +285,7 @@ const QImage& discImage(const TDiscKey& key) {
 bool TQtCanvas::smallDisc(const QRectF& q, float opacity, QPointF& at, const QImage*& image) const {
   // A circle's box, made in floats about a centre, is a hair wider than it
   // is high as often as not: that still is a circle.
-  if (FBrush.style() != Qt::SolidPattern || std::abs(q.width() - q.height()) >= 0.01 ||
+  if (FVectorOutput || FBrush.style() != Qt::SolidPattern || std::abs(q.width() - q.height()) >= 0.01 ||
       q.width() > kMaxDiscDiameter || !FPainter->transform().isIdentity())
     return false;
   const double fx = std::floor(q.left()), fy = std::floor(q.top());

@@ -159,6 +159,7 @@ void TfrmPelw::actExportAsPDF() {
     if (FPrintService) FPrintService->setBusy(false);
     showFault(error.empty() ? phrase("ExportedAsPDF") + "\n" + name : phrase("PDFNotWritten") + "\n" + error);
   }
+  FIsPrintAreaAvailable = true;
   FPrintLayout = std::move(layout);
   RepaintCanvas();
 }

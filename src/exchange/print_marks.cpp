@@ -28,15 +28,17 @@ TPaperMap paperMapOf(const TPrintLayout& l, int page, const TPointF& scale, cons
 }
 
 // The two 100 mm scales with a tick each millimetre, longer ones each 5
-// and 10, and the millimetres written each 10.
-void paintScales(ICanvas& c, const TPrintLayout& l, int page, const TPaperMap& m, bool withText) {
+// and 10, and the millimetres written each 10; in the preview only the
+// two lines, in red, where they will stand.
+void paintScales(ICanvas& c, const TPrintLayout& l, int page, const TPaperMap& m, bool onPaper) {
   const int pos = l.FProject->FPrintScalePos.at(static_cast<size_t>(page));
   const TPrintLayout::TScaleCorner s = l.scaleCorner(pos);
   const double ux = l.FCalibrationRatio.x, uy = l.FCalibrationRatio.y;  // a drawing millimetre on paper
-  c.setStroke(claBlack, TBrushKind::Solid, TStrokeDash::Solid, static_cast<float>(kMarkThickness * m.k.x));
+  if (onPaper) c.setStroke(claBlack, TBrushKind::Solid, TStrokeDash::Solid, static_cast<float>(kMarkThickness * m.k.x));
+  else c.setStroke(kTileMarkColor, TBrushKind::Solid, TStrokeDash::Solid, 2);  // where they go, in the preview
   c.drawLine(m(s.x, s.y), m(s.x + s.dx * kScaleLength * ux, s.y), 1);
   c.drawLine(m(s.x, s.y), m(s.x, s.y + s.dy * kScaleLength * uy), 1);
-  if (!withText) return;
+  if (!onPaper) return;
   for (int i = 0; i <= kScaleLength; ++i) {
     const double tick = i % 10 == 0 ? 4 : i % 5 == 0 ? 2.5 : 1.5;
     const double x = s.x + s.dx * i * ux, y = s.y + s.dy * i * uy;

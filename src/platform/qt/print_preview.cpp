@@ -88,7 +88,19 @@ void TPreviewBox::paintEvent(QPaintEvent*) {
     FCacheOffset = FOffset;
     FCacheValid = true;
   }
-  painter.drawImage(QRectF(0, 0, width(), height()), FCache->image());
+  // What falls outside the pages is not printed: it shows faintly.
+  const QRectF whole(0, 0, width(), height());
+  painter.setOpacity(0.35);
+  painter.drawImage(whole, FCache->image());
+  painter.setOpacity(1);
+  for (int i = 0; i < FLayout.pageCount(); ++i) {
+    const TRectF r = FLayout.printableRealRect(i);
+    const TPointF a = toPixels(r.topLeft()), b = toPixels(r.bottomRight());
+    painter.save();
+    painter.setClipRect(QRectF(QPointF(a.x, a.y), QPointF(b.x, b.y)));
+    painter.drawImage(whole, FCache->image());
+    painter.restore();
+  }
   TQtCanvas canvas(painter, width(), height(), dpr);
   paintPreviewPages(canvas, FLayout, FScale, FOffset);
 }

@@ -138,9 +138,20 @@ void TQtCanvas::stroke() {
   FPainter->setBrush(Qt::NoBrush);
 }
 
-void TQtCanvas::fill() {
+void TQtCanvas::fill(float opacity) {
   FPainter->setPen(Qt::NoPen);
+  if (FVectorOutput && opacity < 1 && FBrush.style() == Qt::SolidPattern) {
+    // On a PDF or a printer the opacity goes into the colour: Qt's PDF
+    // engine, once its painter was translucent, draws the next strokes as
+    // filled outlines instead of lines.
+    QColor c = FBrush.color();
+    c.setAlphaF(c.alphaF() * std::clamp(double(opacity), 0.0, 1.0));
+    FPainter->setBrush(c);
+    FPainter->setOpacity(1.0);
+    return;
+  }
   FPainter->setBrush(FBrush);
+  FPainter->setOpacity(opacity);
 }
 
 void TQtCanvas::drawLine(const TPointF& a, const TPointF& b, float opacity) {
@@ -307,8 +318,7 @@ void TQtCanvas::fillEllipse(const TRectF& r, float opacity) {
     FPainter->drawImage(at, *disc);
     return;
   }
-  fill();
-  FPainter->setOpacity(opacity);
+  fill(opacity);
   FPainter->drawEllipse(q);
 }
 
@@ -318,8 +328,7 @@ void TQtCanvas::fillCircles(const std::vector<TPointF>& centres, float radius, f
   QPointF at;
   const QImage* disc = nullptr;
   if (!smallDisc(toQRect(circleBox(centres.front(), radius)), opacity, at, disc)) {
-    fill();
-    FPainter->setOpacity(opacity);
+    fill(opacity);
     for (const TPointF& c : centres) FPainter->drawEllipse(toQRect(circleBox(c, radius)));
     return;
   }
@@ -364,8 +373,7 @@ void TQtCanvas::drawPath(const TPathData& path, float opacity) {
 }
 
 void TQtCanvas::fillPath(const TPathData& path, float opacity) {
-  fill();
-  FPainter->setOpacity(opacity);
+  fill(opacity);
   QPainterPath q = toQPainterPath(path);
   q.setFillRule(Qt::OddEvenFill);
   FPainter->drawPath(q);

@@ -68,7 +68,7 @@ class TQtCanvas : public ICanvas {
   TMatrix FMatrix;
   bool FVectorOutput = false;
   void stroke();
-  void fill();
+  void fill(float opacity);
   bool smallDisc(const QRectF& box, float opacity, QPointF& at, const QImage*& image) const;
   // Long vertical lines drawn across, in a scratch image kept for the next
   // time, and turned into place.

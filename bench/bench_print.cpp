@@ -8,6 +8,7 @@
 #include <memory>
 
 #include "app/frm_pelw.h"
+#include "bench_gui_app.h"
 #include "bench_form.h"
 #include "exchange/print_layout.h"
 #include "platform/qt/qt_paper_device.h"
@@ -15,16 +16,7 @@
 
 namespace {
 
-QGuiApplication& app() {
-  static int argc = 1;
-  static char name[] = "pelwright_bench";
-  static char* argv[] = {name, nullptr};
-  static std::unique_ptr<QGuiApplication> a = [] {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    return std::make_unique<QGuiApplication>(argc, argv);
-  }();
-  return *a;
-}
+QGuiApplication& app() { return benchGuiApp(); }
 
 // 20 by 14 pieces of 50 mm, each an outline of four lines and four arcs,
 // a stitch line inside it and two snap circles, holes along the stitch line.

@@ -24,6 +24,21 @@ struct TPagesSeen {
   }
 };
 
+// The preview over the layout; what the user chose there is kept for the
+// next print: the boxes, the paper, the two boxes of the options, and the
+// pages (a change to them is a change to the project). True to print.
+bool showPrintPreview(TfrmPelw& f, TPrintLayout& layout, TPaperSetup& paper, bool forPdf) {
+  const TPagesSeen before(*f.PathList);
+  f.FIsPrintAreaAvailable = true;
+  const bool go = f.FPrintService->showPreview(f, layout, forPdf);
+  f.FPrintSwitches = layout.FSwitches;
+  paper = layout.FPaper;
+  f.FOptions.FPrintInColor = layout.FSwitches.FInColor;
+  f.FOptions.FPrintRulerInside = layout.FSwitches.FRulerInside;
+  if (before.differsFrom(*f.PathList)) f.setChanged(true);
+  return go;
+}
+
 }  // namespace
 
 std::unique_ptr<TPrintLayout> TfrmPelw::makePrintLayout(const TPaperSetup& paper) {
@@ -79,14 +94,7 @@ void TfrmPelw::printRun() {
     showFault(phrase("Nothing2Print"));
     return;
   }
-  const TPagesSeen before(*PathList);
-  FIsPrintAreaAvailable = true;
-  const bool go = FPrintService->showPreview(*this, *layout, false);
-  FPrintSwitches = layout->FSwitches;
-  FPrinterPaper = layout->FPaper;
-  FOptions.FPrintInColor = layout->FSwitches.FInColor;
-  FOptions.FPrintRulerInside = layout->FSwitches.FRulerInside;
-  if (before.differsFrom(*PathList)) setChanged(true);
+  const bool go = showPrintPreview(*this, *layout, FPrinterPaper, false);
   FPrintLayout = std::move(layout);
   if (go) {
     std::string error = FPrintLayout->checkSettings(*FMultiLang, FLangID);
@@ -128,15 +136,7 @@ void TfrmPelw::actExportAsPDF() {
     return;
   }
   if (FPrintService) {
-    const TPagesSeen before(*PathList);
-    FIsPrintAreaAvailable = true;
-    const bool go = FPrintService->showPreview(*this, *layout, true);
-    FPrintSwitches = layout->FSwitches;
-    FPdfPaper = layout->FPaper;
-    FOptions.FPrintInColor = layout->FSwitches.FInColor;
-    FOptions.FPrintRulerInside = layout->FSwitches.FRulerInside;
-    if (before.differsFrom(*PathList)) setChanged(true);
-    if (!go) {
+    if (!showPrintPreview(*this, *layout, FPdfPaper, true)) {
       FPrintLayout = std::move(layout);
       RepaintCanvas();
       return;

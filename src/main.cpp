@@ -61,9 +61,9 @@ int runWriteSample(int argc, char** argv, const TCommandLine& cl) {
 }
 
 // What both ways of running give the controller: the port, the font
-// question, the main-thread queue, and the answer to SIGINT and SIGTERM:
-// no question, unsaved work goes to the autosave file, which the next
-// start brings back.
+// question, the main-thread queue, and the answer to SIGINT, SIGTERM and
+// SIGHUP: no question, unsaved work goes to the autosave file, which the
+// next start brings back.
 void connectController(TfrmPelw& form, QCoreApplication& app, const TCommandLine& cl) {
   form.FApiPort = cl.apiPort;
   form.FMakePngImage = makeQtPngImage;
@@ -119,7 +119,8 @@ int runHeadless(int argc, char** argv, const TCommandLine& cl) {
   form.FHeadless = true;
   connectController(form, app, cl);
   form.FormCreate(cl.args);
-  const int rc = app.exec();
+  // With its port taken, headless has nothing to do: it ends, failing.
+  const int rc = form.FMCPServerError.empty() ? app.exec() : 1;
   form.FormDestroy();
   setTextLayout(nullptr);
   return rc;

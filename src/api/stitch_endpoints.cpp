@@ -34,7 +34,7 @@ std::string apiStitchHole(TfrmPelw& form, const std::string& body) {
   if (!obj) return errorReply(kInvalidBody);
   TfrmPelw::TStitchHoleRequest req;
   req.FCenter = requirePoint(*obj, "cx", "cy");
-  req.FAngle = static_cast<float>(optionalNumber(*obj, "angle", 0.0));
+  req.FAngle = static_cast<float>(checkedLength(optionalNumber(*obj, "angle", 0.0), "angle"));
   req.FStitchType = optionalText(*obj, "stitchType", req.FStitchType);
   req.FLayerId = resolveLayer(*obj, form.FActiveLayer);
   // The hole takes the current stroke, as one set by hand does.
@@ -48,8 +48,12 @@ std::string apiStitchAlongPath(TfrmPelw& form, const std::string& body) {
   const auto obj = parseJsonObject(body);
   if (!obj) return errorReply(kInvalidBody);
   TfrmPelw::TStitchAlongPathRequest req;
-  req.FStartPoint = requirePointObject(*obj, "startPoint");
-  req.FEndPoint = requirePointObject(*obj, "endPoint");
+  try {
+    req.FStartPoint = requirePointObject(*obj, "startPoint");
+    req.FEndPoint = requirePointObject(*obj, "endPoint");
+  } catch (const TApiRangeError& e) {
+    return failReply(e.what());
+  }
   req.FMode = optionalText(*obj, "mode", req.FMode);
   req.FPitchMm = static_cast<float>(optionalNumber(*obj, "pitchMm", kDefaultPitchMm));
   req.FCornerMode = optionalWholeNumber(*obj, "cornerMode", kCornerUniform);
@@ -66,7 +70,11 @@ std::string apiStitchLoop(TfrmPelw& form, const std::string& body) {
   if (!obj) return errorReply(kInvalidBody);
   if (!obj->contains("pointOnLoop")) return errorReply("pointOnLoop is required");
   TfrmPelw::TStitchLoopRequest req;
-  req.FPointOnLoop = requirePointObject(*obj, "pointOnLoop");
+  try {
+    req.FPointOnLoop = requirePointObject(*obj, "pointOnLoop");
+  } catch (const TApiRangeError& e) {
+    return failReply(e.what());
+  }
   req.FMode = optionalText(*obj, "mode", req.FMode);
   req.FPitchMm = static_cast<float>(optionalNumber(*obj, "pitchMm", kDefaultPitchMm));
   req.FHoleCount = static_cast<float>(optionalNumber(*obj, "holeCount", kDefaultHoleCount));

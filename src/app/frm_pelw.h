@@ -14,6 +14,7 @@
 #include "api/mcp_server.h"
 #include "app/multi_lang.h"
 #include "app/options.h"
+#include "app/seam_edits.h"
 #include "document/intersections.h"
 #include "document/project_json.h"
 #include "document/shape_list.h"
@@ -140,9 +141,12 @@ class TfrmPelw : public TViewState {
   // The server's handler: runs the router on the main thread and waits.
   std::string mcpDispatch(const std::string& method, const std::string& path,
                           const std::string& body, int& status, std::string& contentType);
-  // Reads "EnableServer" of section "MCP" and starts the server when it is
-  // true; a port that is taken leaves the program without a server, silently.
+  // Reads "EnableServer" and "AllowedOrigins" (comma-separated) of section
+  // "MCP" and starts the server when enabled. A port that is taken leaves
+  // the program without a server; FMCPServerError then says so (and
+  // standard error), for the status bar, and --headless ends.
   void startMCPServerIfEnabled();
+  std::string FMCPServerError;
   void stopMCPServer();
   const TMcpRouter& router() const { return FRouter; }
   // Images the scene is rendered into for pictures of the drawing
@@ -260,12 +264,14 @@ class TfrmPelw : public TViewState {
   void openDemoProject();
   std::string demoProjectFileName() const;
   // Writes unsaved work to this instance's autosave file, so that the next
-  // start brings it back: shut-down on SIGINT or SIGTERM, without a question.
+  // start brings it back: shut-down on SIGINT, SIGTERM or SIGHUP, without a
+  // question, in the window as in --headless.
   void FormDestroyAfterSignal();
 
   // ---- project files ----
   // Loads a project; false when the file was no JSON object or could not
-  // be read. Failures are told through the dialogs and leave a valid document.
+  // be read. Failures are told through the dialogs and leave the open
+  // document and FFilename as they were: a failed file is never a save target.
   bool loadProject(const std::string& filename);
   // Saves to FFilename, or asks for a name when there is none. True when saved.
   bool saveProject();
@@ -317,8 +323,10 @@ class TfrmPelw : public TViewState {
   void TimerAutoSaveTimer();
   // Deletes this instance's autosave file when there is one.
   void deleteAutosaveFile();
-  // Start-up: loads a leftover autosave file (renamed "delete_anytime..."
-  // first). True when one was found.
+  // Start-up: loads the newest leftover autosave file (renamed
+  // "delete_anytime..." while it loads, so that a file that crashes the
+  // load is not taken again), which then stays as this instance's autosave
+  // file until a newer autosave or a save replaces it. True when one was found.
   bool recoverAutosave();
   // ---- line palette (src/surface/frm_pelw_palette.cpp) ----
   // The forty rows, factory values until the options overlay them. The
@@ -437,6 +445,21 @@ class TfrmPelw : public TViewState {
   void stitchOptionsChanged(bool atStartUp = false);
   // ==== end stitch rows ====
 
+  // ==== seam lines and cuts (src/app/seam_edits*.cpp) ====
+  // Offsets, trims, notches, round corners, centre lines and smoothing, for
+  // the tools and the local API alike.
+  TSeamEdits FSeamEdits{*this};
+  // Both selected lines brought exactly to their crossing ("z"); one undo
+  // step when they changed.
+  void actExtendOrTrimLines();
+  // Smoothing of the selected curves' chain through the local API's
+  // handler; its reply text (for lblID), empty without a selected curve.
+  std::string actBezier_G1Smoothing();
+  std::string actBezier_G2Smoothing();
+  // The frame round the pattern, at a margin the user types.
+  void btnDrawOuterOffsetEdgeClick();
+  // ==== end seam lines and cuts ====
+
   // ==== generators, stitching order, translation import ====
   // (src/app/frm_pelw_generators.cpp)
   // The jigsaw dialog's values, kept for its next opening.
@@ -483,6 +506,7 @@ class TfrmPelw : public TViewState {
   // ==== end printing ====
 
  private:
+  friend class TSeamEdits;  // the hit test, messages and phrases
   // ---- stitch rows ----
   std::unique_ptr<TPrickingIron> FOwnStitchIron;
   int FLastStitchID = -1;
@@ -492,6 +516,10 @@ class TfrmPelw : public TViewState {
   void finishStitching(int shownCount, const std::string& lengthText);
   void prepareStitchCandidates();
   std::vector<TPW_Path*> stitchHitTest(const TPointF& point) const;
+  // Empty, or why a row over these shapes is not laid with the settings:
+  // the local API's words, or the phrase the tool shows.
+  std::string rowSizeRefusal(const std::vector<TPW_Path*>& shapes, const TStitchSettings& settings,
+                             bool api) const;
   TMainThreadCalls FMainCalls;
   THeadlessDialogs FHeadlessDialogs;
   TSnapshotLinks FSnapshotLinks;
@@ -506,5 +534,6 @@ class TfrmPelw : public TViewState {
   bool FCreated = false;
   bool FDestroyed = false;
   bool FWriteRecoveryOnExit = false;
+  TDateTime FUnsavedSince = 0;  // the first change not yet in a file
   std::string FLastAutosaveError;
 };

@@ -59,3 +59,12 @@ std::string TScriptedDialogs::saveFileName(const std::string& folder, const std:
   FFileDialogs.push_back("save:" + folder + "|" + name);
   return nextName();
 }
+
+std::optional<std::string> TScriptedDialogs::inputText(const std::string& caption, const std::string& prompt,
+                                                       const std::string&) {
+  FQuestions.push_back(caption + ": " + prompt);
+  if (FInputs.empty()) return std::nullopt;
+  std::string line = FInputs.front();
+  FInputs.pop_front();
+  return line;
+}

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <deque>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -24,6 +25,13 @@ class IDialogs {
   virtual std::string openFileName(const std::string& folder, const std::string& extension) = 0;
   virtual std::string saveFileName(const std::string& folder, const std::string& name,
                                    const std::string& extension) = 0;
+  // One line of text, preset with `preset`; nothing when cancelled. Without
+  // a person there the question is cancelled.
+  virtual std::optional<std::string> inputText(const std::string& caption, const std::string& prompt,
+                                               const std::string& preset) {
+    (void)caption, (void)prompt, (void)preset;
+    return std::nullopt;
+  }
 };
 
 // No person there: messages go to the standard error stream, questions get
@@ -48,6 +56,7 @@ class TScriptedDialogs : public IDialogs {
   std::vector<std::string> FMessages;   // showMessage texts
   std::vector<std::string> FQuestions;  // texts of both kinds of question
   std::vector<std::string> FFileDialogs;  // "open:<folder>" or "save:<folder>|<name>"
+  std::deque<std::string> FInputs;  // lines typed; none left: cancelled
 
   void showMessage(const std::string& text) override { FMessages.push_back(text); }
   TDialogAnswer askYesNo(const std::string& text, TDialogAnswer keepsData) override;
@@ -55,6 +64,8 @@ class TScriptedDialogs : public IDialogs {
   std::string openFileName(const std::string& folder, const std::string& extension) override;
   std::string saveFileName(const std::string& folder, const std::string& name,
                            const std::string& extension) override;
+  std::optional<std::string> inputText(const std::string& caption, const std::string& prompt,
+                                       const std::string& preset) override;
 
  private:
   TDialogAnswer next(const std::string& text, TDialogAnswer keepsData);

@@ -128,7 +128,7 @@ void TScenePainter::paintShapes() {
     visible = TRectF(TPointF::fromDouble(double(visible.Left) - 2, double(visible.Top) - 2),
                      TPointF::fromDouble(double(visible.Right) + 2, double(visible.Bottom) + 2));
   for (TPW_Path* shape : order) {
-    if (shape->FID < 0) shape->updateId(list.getNextID());
+    if (shape->FID < 0) list.renumber(*shape, list.getNextID());
     if (!shapeIsShown(*shape, visible)) continue;
     try {
       paintShape(*shape);

@@ -126,6 +126,8 @@ void TMainWindow::buildStatusLine() {
   if (FForm.FMCPServer)
     statusBar()->addPermanentWidget(
         new QLabel(QString("Local API on 127.0.0.1:%1").arg(FForm.FMCPServer->boundPort()), this));
+  else if (!FForm.FMCPServerError.empty())
+    statusBar()->addPermanentWidget(new QLabel(QString::fromStdString(FForm.FMCPServerError), this));
 }
 
 void TMainWindow::showEvent(QShowEvent* e) {

@@ -2,6 +2,7 @@
 
 #include <QDir>
 #include <QFileDialog>
+#include <QInputDialog>
 #include <QMessageBox>
 
 QString TQtDialogs::filterFor(const std::string& extension) const {
@@ -47,4 +48,13 @@ std::string TQtDialogs::saveFileName(const std::string& folder, const std::strin
   dialog.setDefaultSuffix(QString::fromStdString(extension).remove(0, 1));
   if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return {};
   return dialog.selectedFiles().first().toStdString();
+}
+
+std::optional<std::string> TQtDialogs::inputText(const std::string& caption, const std::string& prompt,
+                                                 const std::string& preset) {
+  bool ok = false;
+  const QString text = QInputDialog::getText(FParent, QString::fromStdString(caption), QString::fromStdString(prompt),
+                                             QLineEdit::Normal, QString::fromStdString(preset), &ok);
+  if (!ok) return std::nullopt;
+  return text.toStdString();
 }

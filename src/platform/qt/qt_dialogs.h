@@ -21,6 +21,8 @@ class TQtDialogs : public IDialogs {
   std::string openFileName(const std::string& folder, const std::string& extension) override;
   std::string saveFileName(const std::string& folder, const std::string& name,
                            const std::string& extension) override;
+  std::optional<std::string> inputText(const std::string& caption, const std::string& prompt,
+                                       const std::string& preset) override;
 
  private:
   QPointer<QWidget> FParent;

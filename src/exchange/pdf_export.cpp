@@ -66,7 +66,10 @@ std::string exportPdf(TExportJob& job) {
     layout.chooseScaleCorners();
   } else {
     layout.FSwitches.FTilePrint = true;
-    layout.tileToCover();
+    const long needed = layout.tileToCover();
+    if (needed > kMaxPrintPages)
+      return fillPhrase(form.FMultiLang->getTranslation(form.FLangID, "PrintTooManyPages"),
+                        {std::to_string(needed), std::to_string(kMaxPrintPages)});
   }
   std::string bytes;
   error = form.makePdfBytes(layout, bytes);

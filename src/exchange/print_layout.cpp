@@ -23,9 +23,9 @@ std::string lowerCase(std::string s) {
 }
 
 // Tiles of `step` after a first one of `span` that cover `length`.
-int tilesFor(double length, double span, double step) {
+long tilesFor(double length, double span, double step) {
   if (length <= span + 1e-6 || step <= 0) return 1;
-  return 1 + static_cast<int>(std::ceil((length - span) / step - 1e-9));
+  return 1 + static_cast<long>(std::min(1e9, std::ceil((length - span) / step - 1e-9)));
 }
 
 }  // namespace
@@ -177,13 +177,13 @@ void TPrintLayout::resetTile() {
   }
 }
 
-void TPrintLayout::tileToCover() {
+long TPrintLayout::tileToCover() {
   const TPointF step = tileStep();
   const TPointF span = step + TPointF::fromDouble(FSwitches.FOverlapLen, FSwitches.FOverlapLen);
-  int nx = tilesFor(FBoundary.width(), span.x, step.x);
-  int ny = tilesFor(FBoundary.height(), span.y, step.y);
-  nx = std::clamp(nx, 1, kMaxPrintPages);
-  ny = std::clamp(ny, 1, kMaxPrintPages / nx);
+  const long needX = tilesFor(FBoundary.width(), span.x, step.x);
+  const long needY = tilesFor(FBoundary.height(), span.y, step.y);
+  const int nx = static_cast<int>(std::clamp<long>(needX, 1, kMaxPrintPages));
+  const int ny = static_cast<int>(std::clamp<long>(needY, 1, kMaxPrintPages / nx));
   const size_t n = static_cast<size_t>(nx * ny);
   FSwitches.FTileX = nx;
   FProject->FPrintOffset.assign(n, TPointF());
@@ -191,6 +191,7 @@ void TPrintLayout::tileToCover() {
   FProject->FPrintScalePos.assign(n, 0);
   resetTile();
   chooseScaleCorners();
+  return needX * needY;
 }
 
 TPrintLayout::TScaleCorner TPrintLayout::scaleCorner(int position) const {

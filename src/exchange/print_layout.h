@@ -100,7 +100,8 @@ class TPrintLayout {
   // on the area's top left.
   void resetTile();
   // Just enough columns and rows of tiles to cover the area, laid anew.
-  void tileToCover();
+  // Returns how many that takes; beyond kMaxPrintPages only that many are laid.
+  long tileToCover();
   // Each page's scales to the corner where they cross the fewest shapes.
   void chooseScaleCorners();
   // Where a page's scales start, in paper millimetres from the sheet's

@@ -164,6 +164,9 @@ TEST(PdfExport, RefusesBadSettingsAndLeavesNoFile) {
   EXPECT_EQ(paper.status, 2);
   EXPECT_NE(paper.err.find("A4 or A3 or A5 or Letter or Legal"), std::string::npos) << paper.err;
   EXPECT_EQ(runPelwright({"--export", home.file("missing/out.pdf"), input}, home).status, 1);
+  // A hundred metres would take 501 sheets.
+  const TProgramRun huge = runPelwright({"--export", out, writeLines(home, {{TPointF(0, 0), TPointF(100000, 0)}})}, home);
+  EXPECT_EQ(huge.err, "pelwright: The drawing needs 501 pages on this paper; at most 400 are printed at once.\n");
   EXPECT_FALSE(std::filesystem::exists(out));
   EXPECT_FALSE(std::filesystem::exists(home.file("missing")));
 }

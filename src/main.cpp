@@ -17,6 +17,7 @@
 #include "exchange/export_command.h"
 #include "platform/qt/main_window.h"
 #include "platform/qt/qt_dialogs.h"
+#include "platform/qt/qt_exchange_dialogs.h"
 #include "platform/qt/qt_main_thread.h"
 #include "platform/qt/qt_paper_device.h"
 #include "platform/qt/qt_print_service.h"
@@ -136,9 +137,11 @@ int runWindow(int argc, char** argv, const TCommandLine& cl) {
 
   TQtDialogs dialogs;
   TQtPrintService printService;
+  TQtExchangeDialogs exchangeDialogs;
   TfrmPelw form;
   form.FDialogs = &dialogs;
   form.FPrintService = &printService;
+  form.FExchangeDialogs = &exchangeDialogs;
   form.FDemoSourcePath = shippedDemoFolder(QCoreApplication::applicationDirPath().toStdString());
   connectController(form, app, cl);
   form.FormCreate(cl.args);
@@ -147,10 +150,12 @@ int runWindow(int argc, char** argv, const TCommandLine& cl) {
     TMainWindow window(form);
     dialogs.setParent(&window);
     printService.setParent(&window);
+    exchangeDialogs.setParent(&window);
     window.show();
     rc = app.exec();
     dialogs.setParent(nullptr);
     printService.setParent(nullptr);
+    exchangeDialogs.setParent(nullptr);
   }
   form.FormDestroy();
   setTextLayout(nullptr);

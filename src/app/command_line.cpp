@@ -36,7 +36,8 @@ TCommandLine parseExportLine(int argc, const char* const* argv) {
       cl.exportOutput = argv[++i];
     } else if (a == "--help" || a == "-h") {
       cl.help = true;
-    } else if (a == "--headless" || a == "--write-sample" || a == "--api-port" || a.rfind("--api-port=", 0) == 0 ||
+    } else if (a == "--headless" || a == "--mcp" || a == "--write-sample" || a == "--api-port" ||
+               a.rfind("--api-port=", 0) == 0 ||
                a == "--instance-id") {
       cl.error = a + " does not go with --export";
       return cl;

@@ -36,6 +36,9 @@
 #include "stitching/route_network.h"
 #include "stitching/stitch_settings.h"
 // ---- end stitch rows ----
+// ---- exchange ----
+#include "exchange/export_settings.h"
+// ---- end exchange ----
 #include "generators/jigsaw.h"
 // ---- printing ----
 #include "exchange/print_layout.h"
@@ -43,6 +46,7 @@
 // ---- end printing ----
 
 class ICanvas;
+class IExchangeDialogs;
 class INumberBox;
 class ICaptionLabel;
 
@@ -444,6 +448,34 @@ class TfrmPelw : public TViewState {
   // start-up (which also picks the pitch button) and after they change.
   void stitchOptionsChanged(bool atStartUp = false);
   // ==== end stitch rows ====
+
+  // ==== SVG and DXF exchange (src/exchange/frm_pelw_exchange.cpp) ====
+  // The export options, file and size dialogs; none without a window.
+  IExchangeDialogs* FExchangeDialogs = nullptr;
+  // The export dialog's switches that last for the run of the program.
+  TExportSettings FExportRun;
+  void actExportAsSVG() { actExportAsSVGExecute("SVG"); }
+  void actExportAsDXF() { actExportAsSVGExecute("DXF"); }
+  // Both export commands: "SVG" or "DXF".
+  void actExportAsSVGExecute(const std::string& type);
+  // The drawing as the exports read it.
+  TExportScene exportScene() const;
+  // Writes the drawing as "SVG" or "DXF"; false when the filter left
+  // nothing. Throws naming the file when it cannot be written.
+  bool exportDrawing(const std::string& filename, const std::string& type, const TExportSettings& settings);
+  void actImportSVG();
+  // The import command's body after the file dialog: the questions, the
+  // import, the report.
+  void importSVG(const std::string& filename);
+  struct TSvgImportResult {
+    size_t FShapeCount = 0;           // shapes added, one undo step
+    std::string FError;               // why nothing was read
+    std::vector<std::string> FReport;  // what was skipped
+  };
+  // Reads the picture and adds its shapes to the active layer as one undo
+  // step; with askSize the width dialog may scale it.
+  TSvgImportResult importSVGFile(const std::string& filename, bool disassemble, bool askSize);
+  // ==== end exchange ====
 
   // ==== seam lines and cuts (src/app/seam_edits*.cpp) ====
   // Offsets, trims, notches, round corners, centre lines and smoothing, for

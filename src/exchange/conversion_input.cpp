@@ -1,6 +1,7 @@
 #include "exchange/conversion_input.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <filesystem>
 
 #include "app/app_paths.h"
@@ -41,6 +42,13 @@ std::string loadConversionInput(TfrmPelw& f, const std::string& input) {
     if (f.loadProject(input)) return {};
     if (dialogs && dialogs->FMessages.size() > before) return dialogs->FMessages[before];
     return "cannot read " + input;
+  }
+  if (ext == ".svg") {
+    // As the import command does it: split into lines and curves, at the
+    // drawing's own size.
+    const TfrmPelw::TSvgImportResult r = f.importSVGFile(input, true, false);
+    for (const std::string& line : r.FReport) std::fprintf(stderr, "pelwright: %s\n", line.c_str());
+    return r.FError;
   }
   return "cannot read \"" + ext + "\" files; the input is a project (.pwc) or an SVG drawing (.svg)";
 }

@@ -4,6 +4,7 @@
 
 #include <sys/wait.h>
 
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <string>
@@ -38,4 +39,18 @@ inline TProgramRun runPelwright(const std::vector<std::string>& args, const TTem
   r.err = readWholeFile(errFile);
   std::remove(errFile.c_str());
   return r;
+}
+
+// Standard output of a shell command run with HOME in `home` (Inkscape
+// keeps its preferences there); empty when it failed.
+inline std::string toolOutput(const std::string& command, const TTempDir& home) {
+  const std::string cmd = "env HOME=" + shellQuoted(home.path()) + " XDG_CONFIG_HOME=" + shellQuoted(home.path()) +
+                          " " + command + " 2>/dev/null";
+  std::string out;
+  if (FILE* p = popen(cmd.c_str(), "r")) {
+    char buf[4096];
+    while (size_t n = fread(buf, 1, sizeof buf, p)) out.append(buf, n);
+    if (pclose(p) != 0) out.clear();
+  }
+  return out;
 }

@@ -23,6 +23,7 @@ TMainWindow::TMainWindow(TfrmPelw& form, QWidget* parent) : QMainWindow(parent),
   buildViewMenu();
   buildLanguageMenu();
   buildToolsMenu();
+  buildStlExport();
   buildPrintCommands();
   buildStatusLine();
   connectProgramHost();
@@ -167,6 +168,10 @@ void TMainWindow::buildFileMenu() {
   if (FActSaveProjectAs->shortcut().isEmpty())
     FActSaveProjectAs->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S));
   FFileMenu->addSeparator();
+  FActImportSVG = addCommand(FFileMenu, this, "actImportSVG", QKeySequence());
+  FActExportAsSVG = addCommand(FFileMenu, this, "actExportAsSVG", QKeySequence());
+  FActExportAsDXF = addCommand(FFileMenu, this, "actExportAsDXF", QKeySequence());
+  FFileMenu->addSeparator();
   FActClose = addCommand(FFileMenu, this, "actClose", QKeySequence::Quit);
   connect(FActNewProject, &QAction::triggered, this, [this] { FForm.actNewProject(); });
   connect(FActLoadProject, &QAction::triggered, this, [this] { FForm.actLoadProject(); });
@@ -174,6 +179,12 @@ void TMainWindow::buildFileMenu() {
   connect(FActSaveProject, &QAction::triggered, this, [this] { FForm.actSaveProject(); });
   connect(FActSaveProjectAs, &QAction::triggered, this, [this] { FForm.actSaveProjectAs(); });
   connect(FActClose, &QAction::triggered, this, [this] { FForm.actClose(); });
+  connect(FActImportSVG, &QAction::triggered, this, [this] {
+    FForm.actImportSVG();
+    FForm.refreshStatus();
+  });
+  connect(FActExportAsSVG, &QAction::triggered, this, [this] { FForm.actExportAsSVG(); });
+  connect(FActExportAsDXF, &QAction::triggered, this, [this] { FForm.actExportAsDXF(); });
 }
 
 void TMainWindow::buildEditMenu() {
@@ -218,7 +229,7 @@ void TMainWindow::retranslate() {
     if (!t.isEmpty()) m->setTitle(t);
   }
   for (QAction* a : {FActNewProject, FActLoadProject, FActOpenNewWindow, FActSaveProject, FActSaveProjectAs,
-                     FActClose, FActUndo, FActRedo, FActResetView}) {
+                     FActImportSVG, FActExportAsSVG, FActExportAsDXF, FActClose, FActUndo, FActRedo, FActResetView}) {
     if (!a) continue;
     const QString t = text(a->objectName());
     if (!t.isEmpty()) a->setText(t);
@@ -233,6 +244,7 @@ void TMainWindow::retranslate() {
     }
   }
   retranslateTools();
+  retranslateStlExport();
   retranslatePrint();
 }
 

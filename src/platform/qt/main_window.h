@@ -30,6 +30,9 @@ class TMainWindow : public QMainWindow {
   QAction* FActOpenNewWindow = nullptr;
   QAction* FActSaveProject = nullptr;
   QAction* FActSaveProjectAs = nullptr;
+  QAction* FActImportSVG = nullptr;
+  QAction* FActExportAsSVG = nullptr;
+  QAction* FActExportAsDXF = nullptr;
   QAction* FActClose = nullptr;
   QAction* FActUndo = nullptr;
   QAction* FActRedo = nullptr;
@@ -49,6 +52,14 @@ class TMainWindow : public QMainWindow {
   TfrmDyeSimulator* FDyeMixer = nullptr;
   void openJigsawDialog();
   void openDyeMixer();
+
+  // ---- File > Export as STL: the solids' dialog (main_window_stl.cpp) ----
+  QAction* FActExportAsSTL = nullptr;
+  void buildStlExport();
+  void retranslateStlExport();
+  // The selected shapes, or the drawing's closed outlines, in the dialog;
+  // a message when there is nothing to make a solid of.
+  void actExportAsSTL();
 
   // ---- printing: Print, Export as PDF, print areas (main_window_print.cpp) ----
   QAction* FActPrint = nullptr;

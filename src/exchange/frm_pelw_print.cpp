@@ -25,8 +25,8 @@ struct TPagesSeen {
 };
 
 // The preview over the layout; what the user chose there is kept for the
-// next print: the boxes, the paper, the two boxes of the options, and the
-// pages (a change to them is a change to the project). True to print.
+// next print: the boxes, the paper, the options' two boxes and calibration,
+// and the pages (a change to them is a change to the project). True to print.
 bool showPrintPreview(TfrmPelw& f, TPrintLayout& layout, TPaperSetup& paper, bool forPdf) {
   const TPagesSeen before(*f.PathList);
   f.FIsPrintAreaAvailable = true;
@@ -35,6 +35,7 @@ bool showPrintPreview(TfrmPelw& f, TPrintLayout& layout, TPaperSetup& paper, boo
   paper = layout.FPaper;
   f.FOptions.FPrintInColor = layout.FSwitches.FInColor;
   f.FOptions.FPrintRulerInside = layout.FSwitches.FRulerInside;
+  f.FOptions.FPrintCalibration = layout.FCalibrationRatio * 100.0;
   if (before.differsFrom(*f.PathList)) f.setChanged(true);
   return go;
 }

@@ -52,6 +52,9 @@ TEST_F(PrintPreview, PointerSkipsAPageAndTilesCoverALargeDrawing) {
   preview.pbPreview->grab();  // painted once: the pages have their place
   EXPECT_FALSE(preview.chkTilePrint->isChecked());
   EXPECT_EQ(preview.lblSheets->text(), "Sheets to print: 1");
+  // 99 per cent across: the sheet covers more of the drawing.
+  preview.nbPrintCalibrationX->setValue(99);
+  EXPECT_NEAR(layout->sheetRealRect(0).width(), 210 / 0.99, 1e-3);
   keep(&preview, "print_preview.png");
 
   const TPointF middle = preview.pbPreview->toPixels(layout->sheetRealRect(0).centerPoint());

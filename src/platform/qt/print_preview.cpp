@@ -186,6 +186,16 @@ void TfrmPreview::buildControls(QWidget* panel) {
   nbPrintLineThickFactor->setRange(kMinLineFactor, kMaxLineFactor);
   nbPrintLineThickFactor->setSingleStep(0.1);
   form->addRow(namedLabel("lblPPV_LineThickness", "Line thickness:", panel), nbPrintLineThickFactor);
+  // The calibration of the options, set here where the scales are printed.
+  for (QDoubleSpinBox** box : {&nbPrintCalibrationX, &nbPrintCalibrationY}) {
+    *box = new QDoubleSpinBox(panel);
+    (*box)->setObjectName(box == &nbPrintCalibrationX ? "nbPrintCalibrationX" : "nbPrintCalibrationY");
+    (*box)->setRange(kMinCalibration, kMaxCalibration);
+    (*box)->setDecimals(2);
+    (*box)->setSingleStep(0.1);
+  }
+  form->addRow(namedLabel("lblPrintCalibrationX", "Calibration across (%):", panel), nbPrintCalibrationX);
+  form->addRow(namedLabel("lblPrintCalibrationY", "Calibration down (%):", panel), nbPrintCalibrationY);
   col->addLayout(form);
   chkPrintStitchingHoleAsDot = namedCheck("chkPrintStitchingHoleAsDot", "Print stitching holes as dots", panel);
   chkShowNotForPrintLines = namedCheck("chkShowNotForPrintLines", "Show shapes to be ignored at printing", panel);
@@ -233,6 +243,14 @@ void TfrmPreview::buildControls(QWidget* panel) {
     connect(c, &QCheckBox::toggled, this, changed(true));
   for (QCheckBox* c : {chkPrintIntoMergin, chkPreview_RulerInside}) connect(c, &QCheckBox::toggled, this, changed(false));
   connect(nbPrintLineThickFactor, &QDoubleSpinBox::valueChanged, this, changed(true));
+  for (QDoubleSpinBox* box : {nbPrintCalibrationX, nbPrintCalibrationY})
+    connect(box, &QDoubleSpinBox::valueChanged, this, [this] {
+      if (FShowing) return;
+      FLayout.FCalibrationRatio = TPointF::fromDouble(nbPrintCalibrationX->value() / 100, nbPrintCalibrationY->value() / 100);
+      if (FLayout.FSwitches.FTilePrint) FLayout.resetTile();
+      pbPreview->drawingChanged();
+      showLayout();
+    });
   connect(chkTilePrint, &QCheckBox::toggled, this, [this](bool on) {
     if (FShowing) return;
     FLayout.FSwitches.FTilePrint = on;
@@ -281,9 +299,9 @@ void TfrmPreview::showLayout() {
   btnPageMinus->setEnabled(FLayout.pageCount() > 1);
   btnPagePlus->setEnabled(FLayout.pageCount() < kMaxPrintPages);
   const TPaperSetup& p = FLayout.FPaper;
-  lblPaper->setText(QString("%1  %2 x %3 mm\n%4 %  x  %5 %")
-                        .arg(QString::fromStdString(p.FName), number(p.FWidthMm), number(p.FHeightMm),
-                             number(FLayout.FCalibrationRatio.x * 100), number(FLayout.FCalibrationRatio.y * 100)));
+  lblPaper->setText(QString("%1  %2 x %3 mm").arg(QString::fromStdString(p.FName), number(p.FWidthMm), number(p.FHeightMm)));
+  nbPrintCalibrationX->setValue(FLayout.FCalibrationRatio.x * 100);
+  nbPrintCalibrationY->setValue(FLayout.FCalibrationRatio.y * 100);
   const std::string sheets = fillPhrase(FForm.FMultiLang->getTranslation(FForm.FLangID, "lblPreviewSheets"),
                                         {std::to_string(FLayout.targetCount())});
   lblSheets->setText(QString::fromStdString(sheets));

@@ -61,6 +61,8 @@ class TfrmPreview : public QDialog {
 
   TPreviewBox* pbPreview = nullptr;
   QDoubleSpinBox* nbPrintLineThickFactor = nullptr;
+  QDoubleSpinBox* nbPrintCalibrationX = nullptr;  // per cent, the options' FPrintCalibration
+  QDoubleSpinBox* nbPrintCalibrationY = nullptr;
   QCheckBox* chkPrintStitchingHoleAsDot = nullptr;
   QCheckBox* chkShowNotForPrintLines = nullptr;
   QCheckBox* chkPrintIntoMergin = nullptr;

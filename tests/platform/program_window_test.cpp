@@ -63,7 +63,7 @@ TEST_F(ProgramWindow, MenusTakeTheirTextsFromThePhraseTable) {
     if (!a->isSeparator()) file << a->objectName();
   EXPECT_EQ(file, (QStringList{"actNewProject", "actLoadProject", "actOpenNewWindow", "actSaveProject",
                                "actSaveProjectAs", "actImportSVG", "actExportAsSVG", "actExportAsDXF",
-                               "actExportAsSTL", "actClose"}));
+                               "actExportAsSTL", "actPrint", "actExportAsPDF", "actClose"}));
   EXPECT_EQ(window->FActExportAsDXF->text(), "Export as DXF...");
   EXPECT_EQ(window->FActLoadProject->text(), "Open project...");
   EXPECT_EQ(window->FActSaveProject->shortcut(), QKeySequence(QKeySequence::Save));

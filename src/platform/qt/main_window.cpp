@@ -24,6 +24,7 @@ TMainWindow::TMainWindow(TfrmPelw& form, QWidget* parent) : QMainWindow(parent),
   buildLanguageMenu();
   buildToolsMenu();
   buildStlExport();
+  buildPrintCommands();
   buildStatusLine();
   connectProgramHost();
   retranslate();
@@ -244,6 +245,7 @@ void TMainWindow::retranslate() {
   }
   retranslateTools();
   retranslateStlExport();
+  retranslatePrint();
 }
 
 void TMainWindow::connectProgramHost() {

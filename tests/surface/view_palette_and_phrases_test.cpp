@@ -86,8 +86,8 @@ TEST_F(PalettePaint, BannersSpeakTheProgramsLanguage) {
   form.FLangID = "ja";
   EXPECT_EQ(banners(), std::make_pair(std::string("次の縫い穴をクリックしてください。(ESCキーで終了)"),
                                       std::string("警告：レイヤー無視モード(Ctrl + Alt + i で解除)")));
-  form.FLangID = "de";  // no phrases of its own: English
-  EXPECT_EQ(banners().second, "Warning: Layer ignore mode(Press Ctrl + Alt + i to cancel)");
+  form.FLangID = "de";
+  EXPECT_EQ(banners().second, "Warnung: Ebenen-Ignoriermodus(Zum Aufheben Strg + Alt + i drücken)");
   form.FMultiLang.reset();  // no table at all: the English words stand
   EXPECT_EQ(banners().first, "Please click the next stitching hole. (Press ESC key to exit)");
 }

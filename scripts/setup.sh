@@ -23,6 +23,8 @@ PACKAGES=(
   libgtest-dev libgmock-dev googletest libbenchmark-dev
   # the mesh checker that reads exported solids back as slicers do
   admesh
+  # PDF pages rendered to pixels, to measure printed lengths in the tests
+  poppler-utils
   # a virtual display for screenshots of the real window
   xvfb xauth
   # the README's examples talk to the local API with curl

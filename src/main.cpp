@@ -19,6 +19,8 @@
 #include "platform/qt/qt_dialogs.h"
 #include "platform/qt/qt_exchange_dialogs.h"
 #include "platform/qt/qt_main_thread.h"
+#include "platform/qt/qt_paper_device.h"
+#include "platform/qt/qt_print_service.h"
 #include "platform/qt/qt_png_image.h"
 #include "platform/qt/qt_text_layout.h"
 #include "platform/qt/qt_timer.h"
@@ -66,6 +68,7 @@ int runWriteSample(int argc, char** argv, const TCommandLine& cl) {
 void connectController(TfrmPelw& form, QCoreApplication& app, const TCommandLine& cl) {
   form.FApiPort = cl.apiPort;
   form.FMakePngImage = makeQtPngImage;
+  form.FMakePdfDocument = makeQtPdfDocument;
   form.FFontExists = [](const std::string& family) {
     return QFontDatabase::families().contains(QString::fromStdString(family));
   };
@@ -92,6 +95,7 @@ int runExport(int argc, char** argv, const TCommandLine& cl) {
   int rc = 0;
   {
     TfrmPelw form;
+    form.FMakePdfDocument = makeQtPdfDocument;
     form.FFontExists = [](const std::string& family) {
       return QFontDatabase::families().contains(QString::fromStdString(family));
     };
@@ -132,9 +136,11 @@ int runWindow(int argc, char** argv, const TCommandLine& cl) {
   useQtTimers();
 
   TQtDialogs dialogs;
+  TQtPrintService printService;
   TQtExchangeDialogs exchangeDialogs;
   TfrmPelw form;
   form.FDialogs = &dialogs;
+  form.FPrintService = &printService;
   form.FExchangeDialogs = &exchangeDialogs;
   form.FDemoSourcePath = shippedDemoFolder(QCoreApplication::applicationDirPath().toStdString());
   connectController(form, app, cl);
@@ -143,10 +149,12 @@ int runWindow(int argc, char** argv, const TCommandLine& cl) {
   {
     TMainWindow window(form);
     dialogs.setParent(&window);
+    printService.setParent(&window);
     exchangeDialogs.setParent(&window);
     window.show();
     rc = app.exec();
     dialogs.setParent(nullptr);
+    printService.setParent(nullptr);
     exchangeDialogs.setParent(nullptr);
   }
   form.FormDestroy();

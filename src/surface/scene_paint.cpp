@@ -10,6 +10,7 @@
 #include <typeinfo>
 
 #include "app/frm_pelw.h"
+#include "exchange/print_marks.h"
 #include "surface/scene_painter.h"
 #include "surface/screen_path.h"
 #include "surface/view_math.h"
@@ -72,6 +73,10 @@ void TScenePainter::paint() {
       F.logPaintError(exceptionClassName(e), e.what(), nullptr);
     }
   }
+  // The pages of the last print, under the shapes.
+  if (F.FShowPrintAreas && F.FIsPrintAreaAvailable && !F.FIsPrinting && !F.FIsPrintPreviewing &&
+      F.FPrintLayout && F.FPrintLayout->FProject == F.PathList.get())
+    paintPrintAreas(C, *F.FPrintLayout, F.FScale, F.FOffset);
   // Each shape in a guard of its own: one bad shape loses only itself.
   paintShapes();
   // Frames, crossings, thread, banners and the scale bar share one guard.
@@ -80,8 +85,10 @@ void TScenePainter::paint() {
     if (F.FShow_intersections) paintIntersections();
     if (F.FViewOptions.FShowStitchPattern || (F.PathList && F.PathList->FNumAlwaysShowStitchSimulator > 0))
       paintStitchSimulator();
-    paintBanners();
-    if (!F.FIsPrinting) paintScaleBar();
+    if (!F.FIsPrinting) {
+      paintBanners();
+      paintScaleBar();
+    }
   } catch (const std::exception& e) {
     F.logPaintError(exceptionClassName(e), e.what(), nullptr);
   } catch (...) {
@@ -92,12 +99,10 @@ void TScenePainter::paint() {
 bool TScenePainter::shapeIsShown(TPW_Path& shape, const TRectF& visible) {
   const bool printSelection = F.FIsPrinting || F.FIsPrintPreviewing;
   if (printSelection && F.FPaintSwitches.chkPrintSelectedShapesOnly && !shape.FSelected) return false;
-  if (!F.FIsPrinting) {
-    const TRectF b = shape.getBoundary(false).normalized();
-    if (b.Right < visible.Left || b.Left > visible.Right || b.Bottom < visible.Top ||
-        b.Top > visible.Bottom)
-      return false;
-  }
+  // On paper too: a sheet gets only the shapes that reach it.
+  const TRectF b = shape.getBoundary(false).normalized();
+  if (b.Right < visible.Left || b.Left > visible.Right || b.Bottom < visible.Top || b.Top > visible.Bottom)
+    return false;
   const TPaletteLook* row = rowOf(shape.FPalletIndex);
   if (row && !row->FIsVisible) {
     const bool leather = !shape.FCatalogGUID.isEmpty() && F.FPaintSwitches.chkSimulatorOn &&
@@ -118,7 +123,11 @@ void TScenePainter::paintShapes() {
     if (!isHoleShape(*s)) order.push_back(s.get());
   for (const auto& s : list)
     if (isHoleShape(*s)) order.push_back(s.get());
-  const TRectF visible = F.VisibleRealRect().normalized();
+  TRectF visible = F.VisibleRealRect().normalized();
+  // A pen on paper reaches past a shape's outline by half its width.
+  if (F.FIsPrinting)
+    visible = TRectF(TPointF::fromDouble(double(visible.Left) - 2, double(visible.Top) - 2),
+                     TPointF::fromDouble(double(visible.Right) + 2, double(visible.Bottom) + 2));
   for (TPW_Path* shape : order) {
     if (shape->FID < 0) list.renumber(*shape, list.getNextID());
     if (!shapeIsShown(*shape, visible)) continue;

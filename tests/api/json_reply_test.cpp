@@ -8,14 +8,6 @@
 #include "api/doc_endpoints.h"
 #include "api/json_reply.h"
 
-TEST(JsonReply, CommasKeysAndNestingFollowTheCallOrder) {
-  TJsonReply r;
-  r.beginObject().field("b", 1).key("a").beginArray();
-  r.beginObject().endObject().beginArray().endArray().integer(-3).null().boolean(false);
-  r.endArray().field("z", true).key("o").beginObject().field("k", "v").endObject().endObject();
-  EXPECT_EQ(r.str(), R"({"b":1,"a":[{},[],-3,null,false],"z":true,"o":{"k":"v"}})");
-}
-
 TEST(JsonReply, SinglesAreWidenedAndAlwaysLookLikeFloats) {
   const auto one = [](float v) { return TJsonReply().single(v).str(); };
   EXPECT_EQ(one(12.3f), "12.3000001907349");

@@ -56,15 +56,3 @@ TEST(McpDispatch, ServerStaysOffUnlessTheOptionSaysSo) {
     EXPECT_NE(on.form.FMCPServer, nullptr) << options;
   }
 }
-
-TEST(McpDispatch, APortThatIsTakenLeavesTheProgramWithoutAServer) {
-  TServedController first;
-  ASSERT_NE(first.form.FMCPServer, nullptr);
-  TTempDir dir;
-  writeTextFile(dir.file("pw_options.ini"), "[MCP]\nEnableServer=1\n");
-  TfrmPelw second;
-  second.FAppDataPath = dir.path();
-  second.FApiPort = first.port;
-  second.FormCreate({});
-  EXPECT_EQ(second.FMCPServer, nullptr);
-}

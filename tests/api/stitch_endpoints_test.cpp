@@ -200,6 +200,10 @@ TEST(ApiStitchRows, RepliesTellWhatWasMadeOnTheRowsThatUsedToLie) {
       3.86, false);
   EXPECT_EQ(count.size(), 83u);
   c.del("/shapes");
+  // A curve turning back on itself within 20 mm.
+  c.post("/shapes/bezier", R"({"points":[{"x":0,"y":0},{"x":120,"y":0},{"x":120,"y":20},{"x":0,"y":20}]})");
+  expectHonestRow(c, c.post("/stitch/along_path", R"({"startPoint":{"x":0,"y":0},"endPoint":{"x":0,"y":20}})"), 4, false);
+  c.del("/shapes");
 
   // A 60 x 30 ellipse: holes on it, not on a circle of its width.
   c.post("/shapes/circle", R"({"cx":0,"cy":0,"r":30})");
@@ -221,6 +225,9 @@ TEST(ApiStitchRows, RepliesTellWhatWasMadeOnTheRowsThatUsedToLie) {
   // From the middle of a line to its end, and a line shorter than a hole.
   c.post("/shapes/line", R"({"x1":0,"y1":0,"x2":100,"y2":0})");
   EXPECT_EQ(expectHonestRow(c, c.post("/stitch/along_path", R"({"startPoint":{"x":10,"y":0},"endPoint":{"x":0,"y":0},"pitchMm":2})"), 2, false).size(), 6u);
+  const auto mid = expectHonestRow(c, c.post("/stitch/along_path", R"({"startPoint":{"x":30,"y":0},"endPoint":{"x":70,"y":0}})"), 4, false);
+  ASSERT_EQ(mid.size(), 11u);
+  EXPECT_TRUE(mid.front()->FCenter.identical(TPointF(30, 0)) && mid.back()->FCenter.identical(TPointF(70, 0)));
   c.post("/shapes/line", R"({"x1":0,"y1":10,"x2":0.3,"y2":10})");
   EXPECT_EQ(c.post("/stitch/along_path", R"({"startPoint":{"x":0,"y":10},"endPoint":{"x":0.3,"y":10}})").body.substr(0, 46),
             R"({"ok":true,"holeCount":1,"actualPitchMm":0,"cr)");

@@ -101,22 +101,6 @@ TEST(SampleProjectFile, SavingItAgainGivesTheSameBytes) {
   EXPECT_EQ(readWholeFile(p.file("third.pwc")), original);
 }
 
-TEST(SampleProjectFile, WriteSampleOptionOnTheCommandLine) {
-  const char* ok[] = {"pelwright", "--write-sample", "out.pwc"};
-  TCommandLine cl = parseCommandLine(3, ok);
-  EXPECT_EQ(cl.writeSampleFile, "out.pwc");
-  EXPECT_TRUE(cl.args.empty());
-  EXPECT_TRUE(cl.error.empty());
-  const char* missing[] = {"pelwright", "--write-sample"};
-  cl = parseCommandLine(2, missing);
-  EXPECT_EQ(cl.error, "--write-sample needs a file name");
-  const char* ja[] = {"pelwright", "--write-sample-ja", "ja.pwc"};
-  cl = parseCommandLine(3, ja);
-  EXPECT_EQ(cl.writeSampleFile, "ja.pwc");
-  EXPECT_EQ(cl.writeSampleLanguage, "ja");
-  EXPECT_NE(commandLineHelp().find("--write-sample FILE"), std::string::npos);
-}
-
 // ---- the demo project ----
 
 TEST(DemoProjects, ShippedFilesAreCopiedWhereMissingOrOlder) {

@@ -70,7 +70,7 @@ TEST_F(ProgramWindow, LanguageMenuSwitchesEveryText) {
     if (!a->isSeparator()) file << a->objectName();
   EXPECT_EQ(file, (QStringList{"actNewProject", "actLoadProject", "actOpenNewWindow", "actSaveProject",
                                "actSaveProjectAs", "actImportSVG", "actExportAsSVG", "actExportAsDXF",
-                               "actExportAsSTL", "actClose"}));
+                               "actExportAsSTL", "actPrint", "actExportAsPDF", "actClose"}));
   EXPECT_EQ(window->FActSaveProject->shortcut(), QKeySequence(QKeySequence::Save));
   const QString port = QString::number(form.FMCPServer->boundPort());
   auto* server = window->findChild<QLabel*>("lblLocalApi");

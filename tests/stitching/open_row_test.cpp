@@ -205,40 +205,6 @@ TEST(OpenRowAroundTurns, CountModeMakesTheCountRoundAVAndPastCorners) {
   EXPECT_EQ(layRow(doc, {-50, 0}, {0, 50}, s, TRowCaller::Api).out.count(), 25);
 }
 
-TEST(OpenRowAroundTurns, RoundACircleTheShortWayAndRoundAnEllipseOnIt) {
-  TDoc doc;
-  doc.add(shapes::circle({0, 0}, 40));
-  doc.add(line({-50, 0}, {-20, 0}));
-  doc.add(line({0, 20}, {0, 50}));
-  const TRowRun run = layRow(doc, {-50, 0}, {0, 50}, uniform(TPitchMode::Auto, 4.0f), TRowCaller::Api);
-  const auto holes = doc.holesInList();
-  EXPECT_NEAR(run.out.count() * 4.0, 60 + 10 * std::numbers::pi, 8.0) << "a quarter of the circle, not three";
-  expectFaithfulRow(holes, doc.drawing(), 4.0);
-  for (const TPW_Path* h : holes) EXPECT_FALSE(h->FCenter.x > 1 && h->FCenter.y < 19) << "the long way round";
-
-  TDoc e;
-  e.add(shapes::ellipse({0, 0}, 60, 30));
-  e.add(line({-60, 0}, {-30, 0}));
-  e.add(line({0, 15}, {0, 40}));
-  layRow(e, {-60, 0}, {0, 40}, uniform(), TRowCaller::Api);
-  ASSERT_GT(e.holesInList().size(), 15u);
-  expectFaithfulRow(e.holesInList(), e.drawing(), 4.0);
-}
-
-TEST(OpenRowAroundTurns, ARowFromTheMiddleOfAShapeRunsTheShortWay) {
-  TDoc doc;
-  TPW_Path* l = doc.add(line({0, 0}, {100, 0}));
-  const TRowRun back = layRow(doc, {10, 0}, {0, 0}, uniform(TPitchMode::Auto, 2.0f), TRowCaller::Api);
-  EXPECT_EQ(back.out.count(), 6) << "10 mm at 2";
-  TDoc mid;
-  mid.add(line({0, 0}, {100, 0}));
-  layRow(mid, {10, 0}, {61, 0}, uniform(), TRowCaller::Api);
-  const auto holes = mid.holesInList();
-  ASSERT_EQ(holes.size(), 14u);
-  EXPECT_TRUE(hasHoleAt(holes, {10, 0}) && hasHoleAt(holes, {61, 0}));
-  expectFaithfulRow(holes, {l}, 4.0);
-}
-
 TEST(DividerWalk, EndlessWalksGiveUp) {
   auto l = line({0, 0}, {6000, 0});
   const TRouteTrack track({TTrackLeg{l.get(), l->FStartPt, l->FEndPt}});

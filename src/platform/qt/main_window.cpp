@@ -24,6 +24,7 @@ TMainWindow::TMainWindow(TfrmPelw& form, QWidget* parent) : QMainWindow(parent),
   buildLanguageMenu();
   buildToolsMenu();
   buildStlExport();
+  buildPrintCommands();
   buildStatusLine();
   connectProgramHost();
   retranslate();
@@ -264,6 +265,7 @@ void TMainWindow::retranslate() {
   FRulerY->update();
   retranslateTools();
   retranslateStlExport();
+  retranslatePrint();
 }
 
 void TMainWindow::connectProgramHost() {

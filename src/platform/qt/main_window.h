@@ -61,6 +61,11 @@ class TMainWindow : public QMainWindow {
   // a message when there is nothing to make a solid of.
   void actExportAsSTL();
 
+  // ---- printing: Print, Export as PDF, print areas (main_window_print.cpp) ----
+  QAction* FActPrint = nullptr;
+  QAction* FActExportAsPDF = nullptr;
+  QAction* FActShowHidePrintAreas = nullptr;
+
  protected:
   void showEvent(QShowEvent* e) override;
   void closeEvent(QCloseEvent* e) override;
@@ -83,6 +88,8 @@ class TMainWindow : public QMainWindow {
   void buildLanguageMenu();
   void buildToolsMenu();
   void retranslateTools();
+  void buildPrintCommands();
+  void retranslatePrint();
   void connectProgramHost();
   QMenu* FFileMenu = nullptr;
   QMenu* FEditMenu = nullptr;

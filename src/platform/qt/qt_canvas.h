@@ -50,6 +50,9 @@ class TQtCanvas : public ICanvas {
   void setMatrix(const TMatrix& m) override;
   TMatrix matrix() const override { return FMatrix; }
   std::unique_ptr<ICanvasBitmap> createBitmap(int w, int h, double scale) override;
+  // Every mark drawn as a vector, for printers and PDF files: none of the
+  // screen's shortcuts through small images.
+  void setVectorOutput(bool on) { FVectorOutput = on; }
 
  protected:
   TQtCanvas() = default;
@@ -63,8 +66,9 @@ class TQtCanvas : public ICanvas {
   QBrush FBrush;
   QFont FFont;
   TMatrix FMatrix;
+  bool FVectorOutput = false;
   void stroke();
-  void fill();
+  void fill(float opacity);
   bool smallDisc(const QRectF& box, float opacity, QPointF& at, const QImage*& image) const;
   // Long vertical lines drawn across, in a scratch image kept for the next
   // time, and turned into place.

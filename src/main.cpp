@@ -12,7 +12,7 @@
 #include "app/command_line.h"
 #include "app/demo_projects.h"
 #include "app/frm_pelw.h"
-#include "app/safe_file.h"
+#include "platform/safe_file.h"
 #include "app/sample_project_file.h"
 #include "exchange/export_command.h"
 #include "platform/qt/main_window.h"
@@ -52,7 +52,7 @@ int runWriteSample(int argc, char** argv, const TCommandLine& cl) {
   setTextLayout(&textLayoutService);
   int rc = 0;
   try {
-    writeFileAtomically(cl.writeSampleFile, cardHolderSampleFileText());
+    writeFileAtomically(cl.writeSampleFile, cardHolderSampleFileText(cl.writeSampleLanguage));
   } catch (const std::exception& e) {
     std::fprintf(stderr, "pelwright: %s\n", e.what());
     rc = 1;

@@ -36,8 +36,8 @@ TCommandLine parseExportLine(int argc, const char* const* argv) {
       cl.exportOutput = argv[++i];
     } else if (a == "--help" || a == "-h") {
       cl.help = true;
-    } else if (a == "--headless" || a == "--mcp" || a == "--write-sample" || a == "--api-port" ||
-               a.rfind("--api-port=", 0) == 0 ||
+    } else if (a == "--headless" || a == "--mcp" || a == "--write-sample" || a == "--write-sample-ja" ||
+               a == "--api-port" || a.rfind("--api-port=", 0) == 0 ||
                a == "--instance-id") {
       cl.error = a + " does not go with --export";
       return cl;
@@ -67,12 +67,13 @@ TCommandLine parseCommandLine(int argc, const char* const* argv) {
       cl.mcp = true;
     } else if (a == "--help" || a == "-h") {
       cl.help = true;
-    } else if (a == "--write-sample") {
+    } else if (a == "--write-sample" || a == "--write-sample-ja") {
       if (i + 1 >= argc || argv[i + 1][0] == '\0') {
-        cl.error = "--write-sample needs a file name";
+        cl.error = a + " needs a file name";
         return cl;
       }
       cl.writeSampleFile = argv[++i];
+      cl.writeSampleLanguage = a == "--write-sample" ? "en" : "ja";
     } else if (a == "--api-port") {
       if (i + 1 >= argc) {
         cl.error = "--api-port needs a port number";
@@ -115,6 +116,8 @@ std::string commandLineHelp() {
          "  --write-sample FILE\n"
          "                    write the card holder sample project to FILE\n"
          "                    and end\n"
+         "  --write-sample-ja FILE\n"
+         "                    the same in Japanese\n"
          "  --export OUTPUT   convert INPUT (a project .pwc or an SVG drawing)\n"
          "                    to OUTPUT without a window and end; OUTPUT's\n"
          "                    extension picks the format (see below)\n"

@@ -62,9 +62,10 @@ bool TScenePainter::layerVisible(int layer) {
 
 void TScenePainter::paint() {
   F.updateGridTick();
-  // 1. The background.
+  // Back to front: the background, the grid, the shapes, then what lies
+  // over the drawing. A failure in one part is logged and the rest still
+  // paints.
   C.clear(canvasBackground(FBlack, F.FIsPrinting, F.FViewOptions.FWhiteBGColor));
-  // 2. Backdrops come with the backdrop library. 3. The grid.
   if (F.FShowGrid && !F.FIsPrinting) {
     try {
       paintGrid();
@@ -72,13 +73,13 @@ void TScenePainter::paint() {
       F.logPaintError(exceptionClassName(e), e.what(), nullptr);
     }
   }
-  // 4. The pages of the last print.
+  // The pages of the last print, under the shapes.
   if (F.FShowPrintAreas && F.FIsPrintAreaAvailable && !F.FIsPrinting && !F.FIsPrintPreviewing &&
       F.FPrintLayout && F.FPrintLayout->FProject == F.PathList.get())
     paintPrintAreas(C, *F.FPrintLayout, F.FScale, F.FOffset);
-  // 5. The shapes, each in its own guard.
+  // Each shape in a guard of its own: one bad shape loses only itself.
   paintShapes();
-  // 6 to 26 stand in one guard.
+  // Frames, crossings, thread, banners and the scale bar share one guard.
   try {
     paintGroupFrames();
     if (F.FShow_intersections) paintIntersections();

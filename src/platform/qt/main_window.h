@@ -38,7 +38,7 @@ class TMainWindow : public QMainWindow {
   QAction* FActRedo = nullptr;
   QMenu* FLanguageMenu = nullptr;
 
-  // Every menu text from the phrase table, in the current language.
+  // Every text of the window from the phrase table, in the current language.
   void retranslate();
 
   // ---- Tools: jigsaw, dye mixer, stitching order; the translation import
@@ -77,6 +77,7 @@ class TMainWindow : public QMainWindow {
   TRulerWidget* FRulerY = nullptr;
   QWidget* FCorner = nullptr;
   QLabel* FStatus = nullptr;
+  QLabel* FServerLine = nullptr;  // where the local API listens, when it does
   bool FShownOnce = false;
 
   void buildCanvasArea();

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <climits>
+#include <iterator>
 #include <map>
 
 #include "document/point_helpers.h"
@@ -227,23 +228,7 @@ int TRouteTrack::stepsAt(double pitch, int most) const {
   return steps;
 }
 
-// ---- the pitch that closes a count ----
-
-double TRouteTrack::pitchForSteps(int steps) const {
-  if (steps < 1 || !(length() > 0.0)) return 0.0;
-  auto reaches = [&](double p) { return stepsAt(p, steps) >= steps; };
-  // A chord is never longer than the way it spans, so above length / steps
-  // the walk cannot make that many.
-  double hi = length() / steps * (1.0 + 1e-12);
-  double lo = length() / steps * 0.9;
-  for (int i = 0; i < 40 && !reaches(lo); ++i) lo /= 2.0;
-  if (!reaches(lo)) return 0.0;
-  for (int i = 0; i < 64 && hi - lo > 1e-9 * std::max(1.0, hi); ++i) {
-    const double mid = (lo + hi) / 2.0;
-    (reaches(mid) ? lo : hi) = mid;
-  }
-  return lo;
-}
+// ---- the pitch that closes a count (its halving in closing_pitch.cpp) ----
 
 int TRouteTrack::nearestStepCount(double pitch, double* closingPitch) const {
   if (closingPitch) *closingPitch = 0.0;
@@ -252,7 +237,14 @@ int TRouteTrack::nearestStepCount(double pitch, double* closingPitch) const {
   std::map<int, double> found;
   auto pitchOf = [&](int steps) {
     const auto it = found.find(steps);
-    return it != found.end() ? it->second : found[steps] = pitchForSteps(steps);
+    if (it != found.end()) return it->second;
+    // A neighbouring count's pitch, scaled, is a close first guess.
+    double seed = 0.0;
+    if (!found.empty()) {
+      const auto near = found.lower_bound(steps) == found.end() ? std::prev(found.end()) : found.lower_bound(steps);
+      seed = near->second * near->first / steps;
+    }
+    return found[steps] = pitchForStepsFrom(steps, seed);
   };
   // The pitches fall as the steps rise: find the two counts either side.
   int more = std::max(1, static_cast<int>(std::lround(length() / pitch)));

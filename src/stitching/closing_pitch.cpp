@@ -179,7 +179,8 @@ int TRouteTrack::knownReach(double pitch, int steps, const TStepLog& log, double
   // between theirs; no speck between those may turn it.
   const bool reach = q->made >= steps && r->made >= steps;
   if (!reach && !(q->made < steps && q->made == r->made)) return -1;
-  for (int k = 0; k < r->made; ++k) {
+  // The last steps lie furthest apart: a speck between is likeliest there.
+  for (int k = r->made - 1; k >= 0; --k) {
     const double a = q->at[size_t(k)], b = r->at[size_t(k)];
     if (a > b) return -1;
     const auto s = std::lower_bound(FSpecks.begin(), FSpecks.end(), a,

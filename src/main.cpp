@@ -13,9 +13,11 @@
 #include "app/frm_pelw.h"
 #include "app/safe_file.h"
 #include "app/sample_project_file.h"
+#include "libraries/builtin_templates.h"
 #include "platform/qt/main_window.h"
 #include "platform/qt/qt_dialogs.h"
 #include "platform/qt/qt_main_thread.h"
+#include "platform/qt/qt_pictures.h"
 #include "platform/qt/qt_text_layout.h"
 #include "platform/qt/qt_timer.h"
 #include "platform/qt/unix_signals.h"
@@ -63,6 +65,7 @@ void connectController(TfrmPelw& form, QCoreApplication& app, const TCommandLine
     return QFontDatabase::families().contains(QString::fromStdString(family));
   };
   attachToQtEventLoop(form.mainThreadCalls());
+  useQtPictures();
   watchTerminationSignals([&app, &form](int) {
     form.FormDestroyAfterSignal();
     app.quit();
@@ -99,6 +102,9 @@ int runWindow(int argc, char** argv, const TCommandLine& cl) {
   TQtDialogs dialogs;
   TfrmPelw form;
   form.FDialogs = &dialogs;
+  dialogs.FPhrase = [&form](const char* key) {
+    return QString::fromStdString(form.FMultiLang ? form.FMultiLang->getTranslation(form.FLangID, key) : std::string());
+  };
   form.FDemoSourcePath = shippedDemoFolder(QCoreApplication::applicationDirPath().toStdString());
   connectController(form, app, cl);
   form.FormCreate(cl.args);
@@ -128,5 +134,14 @@ int main(int argc, char** argv) {
     return 2;
   }
   if (!cl.writeSampleFile.empty()) return runWriteSample(argc, argv, cl);
+  if (!cl.writeTemplatesFile.empty()) {
+    try {
+      writeFileAtomically(cl.writeTemplatesFile, builtinTemplateArchiveText());
+      return 0;
+    } catch (const std::exception& e) {
+      std::fprintf(stderr, "pelwright: %s\n", e.what());
+      return 1;
+    }
+  }
   return cl.headless ? runHeadless(argc, argv, cl) : runWindow(argc, argv, cl);
 }

@@ -16,6 +16,12 @@ TCommandLine parseCommandLine(int argc, const char* const* argv) {
         return cl;
       }
       cl.writeSampleFile = argv[++i];
+    } else if (a == "--write-templates") {
+      if (i + 1 >= argc || argv[i + 1][0] == '\0') {
+        cl.error = "--write-templates needs a file name";
+        return cl;
+      }
+      cl.writeTemplatesFile = argv[++i];
     } else if (a == "--api-port" || a.rfind("--api-port=", 0) == 0) {
       std::string value;
       if (a == "--api-port") {
@@ -56,5 +62,8 @@ std::string commandLineHelp() {
          "  --write-sample FILE\n"
          "                    write the card holder sample project to FILE\n"
          "                    and end\n"
+         "  --write-templates FILE\n"
+         "                    write the archive of the built-in templates (base64\n"
+         "                    text) to FILE and end\n"
          "  --help            show this text\n";
 }

@@ -10,6 +10,8 @@ struct TCommandLine {
   int apiPort = 7777;
   // --write-sample FILE: write the card holder sample project and end.
   std::string writeSampleFile;
+  // --write-templates FILE: write the built-in template archive and end.
+  std::string writeTemplatesFile;
   // Arguments left for the controller, in order: a project file, and
   // "--instance-id" with its stamp for a launched instance.
   std::vector<std::string> args;

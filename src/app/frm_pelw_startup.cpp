@@ -61,7 +61,7 @@ void TfrmPelw::FormCreate(const std::vector<std::string>& args) {
   ensureFolder(FCatalogPath);
   // 6, 7. Palette at its factory rows; drawing defaults from row 0.
   FPalletList = TPalletList();
-  FBackdrops.clear();
+  clearBackdrops();
   FCopyBuffer.clear();
   // 8. Irons: the file, or the built-in table.
   FIronStartup = loadPrickingIronsAtStartup(FPrickingIronGroups,
@@ -98,6 +98,10 @@ void TfrmPelw::FormCreate(const std::vector<std::string>& args) {
     else FDefaultFont = FFontExists && FFontExists("Helvetica") ? "Helvetica" : "Arial";
   }
   if (!FIronStartup.FMessage.empty()) showFault(FIronStartup.FMessage);
+  // 12. Leather catalogs; 14, 15. the built-in templates, then the repository.
+  loadCatalogsAtStartup();
+  deployBuiltinTemplatesAtStartup();
+  loadRepositoryAtStartup();
   updateCaption();
   // With no window there is no canvas to measure: a common window's
   // drawing area, so that fitting the view gives sensible numbers.
@@ -146,6 +150,7 @@ void TfrmPelw::FormDestroy() {
     }
   }
   writeOptionsFile();
+  saveLibrariesAtShutdown();
   try {
     writePrickingIronFile(joinPath(FAppDataPath, kPrickingIronFileName), FPrickingIronGroups);
   } catch (const std::exception& e) {
@@ -155,7 +160,7 @@ void TfrmPelw::FormDestroy() {
   clearUndo();
   clearRedo();
   FCopyBuffer.clear();
-  FBackdrops.clear();
+  clearBackdrops();
 }
 
 std::string TfrmPelw::optionsFileName() const { return joinPath(FAppDataPath, kOptionsFileName); }
@@ -228,6 +233,10 @@ void TfrmPelw::setLanguage(const std::string& langID) {
   FOptions.FLangID = langID;
   if (PathList) PathList->FLangID = langID;
   FPrickingIronGroups.renameForLanguage(langID);
+  if (FRepository) {
+    FRepository->FRootRepositoryTreeItem->translateFolder([this](const std::string& key) { return phrase(key); });
+    if (FLibraryHost.repositoryChanged) FLibraryHost.repositoryChanged();
+  }
   if (FProgramHost.languageChanged) FProgramHost.languageChanged();
 }
 

@@ -33,6 +33,8 @@ void TfrmPelw::flushPendingSnapshot() {
 }
 
 void TfrmPelw::actUndo() {
+  // With the backdrop tool the selected backdrop's own undo.
+  if (FBackdropToolActive) return backdropUndo();
   // A pending wheel run is stored first, so that undo returns to before it.
   flushPendingSnapshot();
   if (FUndoList.size() < 2) return;
@@ -49,6 +51,7 @@ void TfrmPelw::actUndo() {
 }
 
 void TfrmPelw::actRedo() {
+  if (FBackdropToolActive) return backdropRedo();
   flushPendingSnapshot();
   if (FRedoList.empty()) return;
   FUndoList.push_back(std::move(FRedoList.back()));

@@ -5,8 +5,11 @@
 #pragma once
 
 #include <deque>
+#include <optional>
 #include <string>
 #include <vector>
+
+class IPdfDocument;
 
 enum class TDialogAnswer { Yes, No, Cancel };
 
@@ -24,6 +27,23 @@ class IDialogs {
   virtual std::string openFileName(const std::string& folder, const std::string& extension) = 0;
   virtual std::string saveFileName(const std::string& folder, const std::string& name,
                                    const std::string& extension) = 0;
+
+  // ---- libraries: names, folders and PDF pages ----
+  // A line of text (`secret`: a password); nothing when cancelled. Without
+  // a person: cancelled.
+  virtual std::optional<std::string> askText(const std::string& title, const std::string& prompt,
+                                             const std::string& initial, bool secret = false) {
+    (void)title, (void)prompt, (void)initial, (void)secret;
+    return std::nullopt;
+  }
+  // A folder; empty when cancelled.
+  virtual std::string chooseFolder(const std::string& title, const std::string& start) {
+    (void)title, (void)start;
+    return {};
+  }
+  // The pages of a PDF to take as backdrops (zero-based), at most
+  // maxPages; none when cancelled. Without a person: the first page.
+  virtual std::vector<int> choosePdfPages(IPdfDocument& document, int maxPages);
 };
 
 // No person there: messages go to the standard error stream, questions get
@@ -48,6 +68,9 @@ class TScriptedDialogs : public IDialogs {
   std::vector<std::string> FMessages;   // showMessage texts
   std::vector<std::string> FQuestions;  // texts of both kinds of question
   std::vector<std::string> FFileDialogs;  // "open:<folder>" or "save:<folder>|<name>"
+  std::deque<std::optional<std::string>> FTexts;  // askText answers; none left: cancelled
+  std::deque<std::string> FFolders;               // chooseFolder answers
+  std::deque<std::vector<int>> FPdfPages;         // choosePdfPages answers; none left: the first page
 
   void showMessage(const std::string& text) override { FMessages.push_back(text); }
   TDialogAnswer askYesNo(const std::string& text, TDialogAnswer keepsData) override;
@@ -55,6 +78,10 @@ class TScriptedDialogs : public IDialogs {
   std::string openFileName(const std::string& folder, const std::string& extension) override;
   std::string saveFileName(const std::string& folder, const std::string& name,
                            const std::string& extension) override;
+  std::optional<std::string> askText(const std::string& title, const std::string& prompt,
+                                     const std::string& initial, bool secret) override;
+  std::string chooseFolder(const std::string& title, const std::string& start) override;
+  std::vector<int> choosePdfPages(IPdfDocument& document, int maxPages) override;
 
  private:
   TDialogAnswer next(const std::string& text, TDialogAnswer keepsData);

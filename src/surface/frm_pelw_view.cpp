@@ -61,6 +61,7 @@ void TfrmPelw::pboxMouseDown(TMouseButton button, TShiftState shift, const TPoin
   FIsMouseDown = true;
   FFirstMousePos = pixel;
   FLastMousePos = pixel;
+  if (button == TMouseButton::mbLeft && backdropMouseDown(pixel)) return;
   if (button == TMouseButton::mbRight || button == TMouseButton::mbMiddle) {
     FOriginalOffset = FOffset;
     FIsScreenDragging = true;
@@ -70,6 +71,7 @@ void TfrmPelw::pboxMouseDown(TMouseButton button, TShiftState shift, const TPoin
 void TfrmPelw::pboxMouseMove(TShiftState shift, const TPointF& pixel) {
   FLastShiftState = shift;
   FLastMousePos = pixel;
+  if (backdropMouseMove(pixel)) return;
   if (FIsScreenDragging) FOffset = FOriginalOffset + (pixel - FFirstMousePos);
   refreshStatus();
   RepaintCanvas(!FIsScreenDragging);
@@ -79,6 +81,7 @@ void TfrmPelw::pboxMouseUp(TMouseButton button, TShiftState shift, const TPointF
   FLastShiftState = shift;
   FLastMousePos = pixel;
   FIsMouseDown = false;
+  if (button == TMouseButton::mbLeft && backdropMouseUp(pixel)) return;
   if (FIsScreenDragging) {
     FIsScreenDragging = false;
     RepaintCanvas();

@@ -63,7 +63,12 @@ void TScenePainter::paint() {
   F.updateGridTick();
   // 1. The background.
   C.clear(canvasBackground(FBlack, F.FIsPrinting, F.FViewOptions.FWhiteBGColor));
-  // 2. Backdrops come with the backdrop library. 3. The grid.
+  // 2. The backdrops. 3. The grid.
+  try {
+    paintBackdrops();
+  } catch (const std::exception& e) {
+    F.logPaintError(exceptionClassName(e), e.what(), nullptr);
+  }
   if (F.FShowGrid && !F.FIsPrinting) {
     try {
       paintGrid();

@@ -9,6 +9,7 @@ class TCanvasWidget;
 class TRulerWidget;
 class QLabel;
 class QAction;
+class TLibraryPanels;
 struct TPhraseKey;
 
 class TMainWindow : public QMainWindow {
@@ -33,6 +34,7 @@ class TMainWindow : public QMainWindow {
   QAction* FActUndo = nullptr;
   QAction* FActRedo = nullptr;
   QMenu* FLanguageMenu = nullptr;
+  TLibraryPanels* FLibraries = nullptr;  // repository, catalog, backdrops
 
   // Every menu text from the phrase table, in the current language.
   void retranslate();

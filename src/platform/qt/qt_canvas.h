@@ -50,6 +50,9 @@ class TQtCanvas : public ICanvas {
   void setMatrix(const TMatrix& m) override;
   TMatrix matrix() const override { return FMatrix; }
   std::unique_ptr<ICanvasBitmap> createBitmap(int w, int h, double scale) override;
+  std::unique_ptr<ICanvasBitmap> createBitmapFromImage(const TRasterImage& image) override;
+  void fillPathWithBitmap(const TPathData& path, const ICanvasBitmap& bitmap, const TMatrix& bitmapToCanvas,
+                          float opacity) override;
 
  protected:
   TQtCanvas() = default;
@@ -76,6 +79,8 @@ class TQtCanvas : public ICanvas {
 class TQtBitmap : public ICanvasBitmap {
  public:
   TQtBitmap(int w, int h, double scale);
+  // A bitmap showing the image (shared, not copied where Qt can draw it as it is).
+  explicit TQtBitmap(QImage image);
   ~TQtBitmap() override;
   int width() const override { return FImage.width(); }
   int height() const override { return FImage.height(); }

@@ -157,6 +157,8 @@ int TfrmPelw::applyCatalogToSelection(const TPW_Catalog* item, float rotation, T
     ++n;
   }
   if (n > 0) {
+    // A leather just chosen is meant to be seen.
+    if (item) FPaintSwitches.chkFillOn = true;
     finishDocumentChange();
     RepaintCanvas();
   }

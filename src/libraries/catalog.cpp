@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <sstream>
 
@@ -47,6 +49,34 @@ std::vector<std::string> textLines(const std::string& text) {
   return out;
 }
 
+// The pictures of a shop file are most of its bytes, and base64 text
+// needs no JSON parsing: each "zipbmp" value is moved aside before the
+// parser runs and left in its place as "#n", its number in `texts`. A
+// value with an escape in it is left for the parser.
+std::string setPicturesAside(const std::string& bytes, std::vector<std::string>& texts) {
+  static constexpr std::string_view kKey = "\"zipbmp\":\"";
+  std::string out;
+  size_t from = 0;
+  for (size_t at = bytes.find(kKey); at != std::string::npos; at = bytes.find(kKey, from)) {
+    const size_t start = at + kKey.size();
+    const size_t end = bytes.find('"', start);
+    if (end == std::string::npos) break;
+    if (std::memchr(bytes.data() + start, '\\', end - start)) {
+      out.append(bytes, from, end + 1 - from);
+      from = end + 1;
+      continue;
+    }
+    if (out.empty()) out.reserve(bytes.size() / 8);
+    out.append(bytes, from, start - from);
+    out += "#" + std::to_string(texts.size());
+    texts.emplace_back(bytes, start, end - start);
+    from = end;
+  }
+  if (texts.empty()) return bytes;
+  out.append(bytes, from, std::string::npos);
+  return out;
+}
+
 bool plainFileName(const std::string& name) {
   return !name.empty() && name.find_first_of("/\\:") == std::string::npos && name != "." && name != "..";
 }
@@ -76,6 +106,12 @@ void TPW_Catalog::setBitmap(const TRasterImage& picture) {
 
 std::string TPW_Catalog::convertBitmapToBase64Zip() const {
   return FBitmap.isEmpty() ? FZipBmp : pictureToBase64Zip(FBitmap, kCatalogPictureEntry);
+}
+
+void TPW_Catalog::takeStoredPicture(std::vector<std::string>& texts) {
+  if (FZipBmp.size() < 2 || FZipBmp[0] != '#') return;
+  const size_t n = std::strtoul(FZipBmp.c_str() + 1, nullptr, 10);
+  FZipBmp = n < texts.size() ? std::move(texts[n]) : std::string();
 }
 
 void TPW_Catalog::decodeZippedBitmap(const std::string& base64zip) {
@@ -321,7 +357,8 @@ std::unique_ptr<TPW_CatalogShop> TPW_CatalogDict::shopFromFile(const std::string
     problem = e.what();
     return nullptr;
   }
-  TParsedJsonText parsed = parseJsonFileText(bytes);
+  std::vector<std::string> pictures;
+  TParsedJsonText parsed = parseJsonFileText(setPicturesAside(bytes, pictures));
   if (parsed.FState != TJsonTextState::Object) {
     problem = "not a JSON object";
     return nullptr;
@@ -334,6 +371,8 @@ std::unique_ptr<TPW_CatalogShop> TPW_CatalogDict::shopFromFile(const std::string
   try {
     auto shop = std::make_unique<TPW_CatalogShop>();
     shop->loadJson(*v);
+    for (const auto& g : shop->FGroups)
+      for (const auto& i : g->FItems) i->takeStoredPicture(pictures);
     return shop;
   } catch (const std::exception& e) {
     problem = e.what();
@@ -350,7 +389,9 @@ bool TPW_CatalogDict::loadShop(const std::string& filename) {
     FLoadProblems.push_back(name + ": the file cannot be read");
     return false;
   }
-  TParsedJsonText parsed = parseJsonFileText(bytes);
+  std::vector<std::string> pictures;
+  TParsedJsonText parsed = parseJsonFileText(setPicturesAside(bytes, pictures));
+  bytes.clear();
   const json* shops = parsed.FState == TJsonTextState::Object ? findKey(parsed.FRoot, "Shops") : nullptr;
   if (!shops || !shops->is_array()) {
     FLoadProblems.push_back(name + ": not a shop file");
@@ -361,6 +402,8 @@ bool TPW_CatalogDict::loadShop(const std::string& filename) {
     for (const json& s : *shops) {
       auto shop = std::make_unique<TPW_CatalogShop>();
       shop->loadJson(s);
+      for (const auto& g : shop->FGroups)
+        for (const auto& i : g->FItems) i->takeStoredPicture(pictures);
       read.push_back(std::move(shop));
     }
   } catch (const std::exception& e) {

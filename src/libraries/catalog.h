@@ -50,6 +50,8 @@ class TPW_Catalog {
   // Decodes at once and rebuilds the brush (throws for text that is no picture).
   void decodeZippedBitmap(const std::string& base64zip);
   void fixBitmap() { FBrushBitmap.reset(); }
+  // A stored text read as "#n" stands for texts[n] (see catalog.cpp).
+  void takeStoredPicture(std::vector<std::string>& texts);
 
  private:
   TRasterImage FBitmap;

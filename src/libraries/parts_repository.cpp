@@ -4,6 +4,7 @@
 #include <chrono>
 #include <filesystem>
 #include <sstream>
+#include <unordered_set>
 
 #include "app/app_paths.h"
 #include "app/safe_file.h"
@@ -149,11 +150,12 @@ std::vector<std::string> TPartRepository::readIndexNames() {
   }
   std::istringstream in(text);
   std::string line;
+  std::unordered_set<std::string> seen;
   while (std::getline(in, line)) {
     const size_t a = line.find_first_not_of(" \t\r\xEF\xBB\xBF");
     if (a == std::string::npos) continue;
     line = line.substr(a, line.find_last_not_of(" \t\r") - a + 1);
-    if (plainName(line) && std::find(names.begin(), names.end(), line) == names.end()) names.push_back(line);
+    if (plainName(line) && seen.insert(line).second) names.push_back(line);
   }
   return names;
 }
@@ -161,13 +163,14 @@ std::vector<std::string> TPartRepository::readIndexNames() {
 void TPartRepository::loadTemplates(const std::vector<std::string>& listed, const TShapeReader& reader) {
   std::vector<std::string> names = listed;
   // Files dropped into the folder by hand come after the listed ones.
+  const std::unordered_set<std::string> known(listed.begin(), listed.end());
   std::vector<std::string> more;
   std::error_code ec;
   for (fs::directory_iterator it(FRepositoryPath, ec), end; !ec && it != end; it.increment(ec)) {
     const fs::path& p = it->path();
     if (lowerCase(p.extension().string()) != kTemplateExtension) continue;
-    const std::string stem = p.stem().string();
-    if (std::find(names.begin(), names.end(), stem) == names.end()) more.push_back(stem);
+    std::string stem = p.stem().string();
+    if (!known.count(stem)) more.push_back(std::move(stem));
   }
   std::sort(more.begin(), more.end());
   names.insert(names.end(), more.begin(), more.end());

@@ -14,6 +14,7 @@
 #include <QPdfWriter>
 #include <QTest>
 #include <QTreeWidget>
+#include <cstdio>
 
 #include "app/frm_pelw.h"
 #include "platform/qt/canvas_widget.h"
@@ -170,18 +171,48 @@ TEST_F(LibrariesWindow, PanelsShowTheRepositoryCatalogAndATracedBackdrop) {
     for (int x = 0; x < 64; ++x) grain.setPixel(x, y, qRgb(150 + (x * 7 + y * 13) % 30, 90 + (x * y) % 20, 40));
   grain.save(QString::fromStdString(dir.file("buttero.png")));
   ASSERT_TRUE(form.loadCatalogPicture(*item, dir.file("buttero.png")));
-  auto shape = std::make_unique<TPW_Path>(0, 0xFF00FFFF, 1.5f, TStrokeDash::Solid, 0);
-  shape->FShapeType = ShapeType::Other;
-  shape->FData.setData("M28.5,28.5 L68.8,28.5 L68.8,52 L28.5,52 Z");
-  shape->FSelected = true;
-  form.addShapeToDocument(std::move(shape), 0);
-  form.applyCatalogToSelection(item, 15, TPointF(1, 1));
+  // The outline traced over the scan (its corners at 60 px of 300 dpi),
+  // and the middle cut filled with the leather.
+  auto traced = [&](const std::string& path, bool select) {
+    auto shape = std::make_unique<TPW_Path>(0, 0xFF00FFFF, 1.5f, TStrokeDash::Solid, 0);
+    shape->FShapeType = ShapeType::Other;
+    shape->FData.setData(path);
+    shape->resetBoundary();
+    shape->FSelected = select;
+    shape->FOpacity = 0.9f;
+    form.addShapeToDocument(std::move(shape), 0);
+  };
+  const double mm = 25.4 / 300, x0 = 10 + 100 * mm, y0 = 10 + 100 * mm, x1 = 10 + 800 * mm, y1 = 10 + 500 * mm;
+  const double r = 60 * mm, k = r * 0.5523;
+  char outline[512];
+  std::snprintf(outline, sizeof outline,
+                "M%f,%f L%f,%f C%f,%f %f,%f %f,%f L%f,%f C%f,%f %f,%f %f,%f L%f,%f C%f,%f %f,%f %f,%f L%f,%f "
+                "C%f,%f %f,%f %f,%f",
+                x0 + r, y0, x1 - r, y0, x1 - r + k, y0, x1, y0 + r - k, x1, y0 + r, x1, y1 - r, x1, y1 - r + k,
+                x1 - r + k, y1, x1 - r, y1, x0 + r, y1, x0 + r - k, y1, x0, y1 - r + k, x0, y1 - r, x0, y0 + r, x0,
+                y0 + r - k, x0 + r - k, y0, x0 + r, y0);
+  traced(outline, false);
+  const double cx = 10 + 450 * mm, cy = 10 + 300 * mm, cr = 90 * mm, ck = cr * 0.5523;
+  char circle[512];
+  std::snprintf(circle, sizeof circle, "M%f,%f C%f,%f %f,%f %f,%f C%f,%f %f,%f %f,%f C%f,%f %f,%f %f,%f C%f,%f %f,%f %f,%f Z",
+                cx - cr, cy, cx - cr, cy - ck, cx - ck, cy - cr, cx, cy - cr, cx + ck, cy - cr, cx + cr, cy - ck, cx + cr,
+                cy, cx + cr, cy + ck, cx + ck, cy + cr, cx, cy + cr, cx - ck, cy + cr, cx - cr, cy + ck, cx - cr, cy);
+  traced(circle, true);
+  EXPECT_EQ(form.applyCatalogToSelection(item, 15, TPointF(1, 1)), 1);
+  for (const auto& s : *form.PathList) s->FSelected = false;
 
   TMainWindow window(form);
   window.resize(1400, 900);
   window.show();
+  window.activateWindow();
+  EXPECT_TRUE(QTest::qWaitForWindowExposed(&window));
+  QTest::qWaitForWindowActive(&window);
   QApplication::processEvents();
-  form.actResetView();
+  // The whole scan in view.
+  form.FScale = TPointF(11, 11);
+  form.FOffset = TPointF(-40, -40);
+  form.refreshStatus();
+  form.RepaintCanvas();
   // "y" on the canvas opens the repository with its six built-in folders.
   window.canvas()->setFocus();
   QTest::keyClick(window.canvas(), Qt::Key_Y);

@@ -10,6 +10,7 @@
 
 #include "app/frm_pelw.h"
 #include "app/safe_file.h"
+#include "bench_form.h"
 #include "document/project_json.h"
 
 namespace {
@@ -53,24 +54,11 @@ void buildPieces(TfrmPelw& f, int shapes) {
   f.recalcIntersections();
 }
 
-struct TBenchProgram {
-  std::string folder;
-  std::unique_ptr<TfrmPelw> form;
+struct TBenchProgram : TBenchForm {
   explicit TBenchProgram(int shapes) {
-    char tmpl[] = "/tmp/pelwright-bench-XXXXXX";
-    folder = mkdtemp(tmpl);
-    form = std::make_unique<TfrmPelw>();
-    form->FAppDataPath = folder + "/appdata";
-    form->FHeadless = true;
-    form->FormCreate({});
     buildPieces(*form, shapes);
     form->clearUndo();
     form->takeSnapshot();
-  }
-  ~TBenchProgram() {
-    form.reset();
-    std::error_code ec;
-    std::filesystem::remove_all(folder, ec);
   }
 };
 

@@ -11,7 +11,9 @@
 #include <memory>
 
 #include "app/frm_pelw.h"
+#include "api/render_endpoint.h"
 #include "platform/qt/qt_canvas.h"
+#include "platform/qt/qt_png_image.h"
 #include "stitching/pricking_iron.h"
 
 namespace {
@@ -170,6 +172,27 @@ void BM_RepaintZoomedIn(benchmark::State& state) {
   repaintLoop(state, form);
 }
 BENCHMARK(BM_RepaintZoomedIn)
+    ->DenseRange(0, 1)
+    ->Unit(benchmark::kMillisecond)
+    ->Repetitions(5)
+    ->ComputeStatistics("min", fastest)
+    ->ReportAggregatesOnly(true);
+
+// POST /render of the whole 5,000-shape, 20,000-hole drawing: the scene
+// painted offscreen with a grid cache of its own, and encoded as PNG and
+// base64. 0: 1200 x 800 (the default), 1: 2048 x 2048 (the largest).
+void BM_RenderPicture(benchmark::State& state) {
+  app();
+  TfrmPelw form;
+  form.FormCreate({});
+  form.FMakePngImage = makeQtPngImage;
+  buildScene(form, 5000, 20000);
+  const std::string body = state.range(0) == 0 ? R"({"area":"drawing","width":1200,"height":800})"
+                                               : R"({"area":"drawing","width":2048,"height":2048})";
+  for (auto _ : state)
+    if (apiRender(form, body).rfind("{\"ok\":true", 0) != 0) state.SkipWithError("refused");
+}
+BENCHMARK(BM_RenderPicture)
     ->DenseRange(0, 1)
     ->Unit(benchmark::kMillisecond)
     ->Repetitions(5)

@@ -228,4 +228,50 @@ void BM_OpenRouteNetwork(benchmark::State& state) {
 }
 BENCHMARK(BM_OpenRouteNetwork)->Unit(benchmark::kMillisecond);
 
+// A row of 10,000 holes (fixed pitch along a straight 4 m line) made in a
+// document that already holds range(0) holes: each new hole's identifier
+// is checked against the document, and must cost the same whatever its size.
+void BM_RowAmongHoles(benchmark::State& state) {
+  TfrmPelw frm;
+  frm.PathList = std::make_unique<TShapeList>(nullptr, "en");
+  frm.FIntersections = std::make_unique<TIntersections>();
+  TPrickingIron iron;
+  TPW_Path* last = nullptr;
+  auto rowHoles = [&] {
+    return TRowHoles(*frm.PathList, 0, &iron, false, THoleLook{},
+                     [&frm](std::unique_ptr<TPW_Path> h) { return frm.addShapeToDocument(std::move(h), 0); }, last);
+  };
+  {
+    TRowHoles existing = rowHoles();
+    for (int i = 0; i < state.range(0); ++i)
+      existing.makeHole(TPointF::fromDouble(i % 1000, -100.0 - i / 1000), 0.0f);
+  }
+  auto line = blank();
+  line->drawLinePath(TPointF(0, 100), TPointF(3999.6f, 100));
+  TPW_Path* route = frm.addShapeToDocument(std::move(line), 0);
+  TStitchSettings fixed = uniformAuto();
+  fixed.FPitchMode = TPitchMode::Fixed;
+  fixed.FPitch = 0.4f;
+  int made = 0;
+  for (auto _ : state) {
+    // The index of the holes already there is built once per row, outside
+    // the timing: what is timed is the work per hole.
+    state.PauseTiming();
+    TOpenRow row;
+    row.FRoute = {route};
+    row.FEnds = TWalkEnds{route->FStartPt, route->FEndPt, route->FEndPt, route->FStartPt};
+    row.FHasEndVertex = true;
+    TRowHoles holes = rowHoles();
+    state.ResumeTiming();
+    made = static_cast<int>(layOpenRow(row, fixed, holes, TRowCaller::Api).FMade.size());
+    state.PauseTiming();
+    for (int k = 0; k < made; ++k) frm.PathList->erase(frm.PathList->Count() - 1);
+    last = nullptr;
+    state.ResumeTiming();
+  }
+  state.counters["holes"] = made;
+  state.SetItemsProcessed(state.iterations() * made);
+}
+BENCHMARK(BM_RowAmongHoles)->Arg(1000)->Arg(100000)->Unit(benchmark::kMillisecond);
+
 }  // namespace

@@ -13,6 +13,8 @@ PACKAGES=(
   fontconfig fonts-dejavu-core
   # Japanese menus and text shapes
   fonts-ipafont-gothic
+  # Simplified Chinese (DejaVu above covers Cyrillic, Armenian and Latin)
+  fonts-wqy-microhei
   # libraries of the model and the file formats
   nlohmann-json3-dev libpugixml-dev libzip-dev zlib1g-dev libpcre2-dev
   libpolyclipping-dev libcpp-httplib-dev libssl-dev

@@ -8,6 +8,7 @@
 #include <memory>
 #include <vector>
 
+#include "api/mcp_stdio.h"
 #include "app/command_line.h"
 #include "app/demo_projects.h"
 #include "app/frm_pelw.h"
@@ -18,6 +19,7 @@
 #include "platform/qt/qt_dialogs.h"
 #include "platform/qt/qt_main_thread.h"
 #include "platform/qt/qt_pictures.h"
+#include "platform/qt/qt_png_image.h"
 #include "platform/qt/qt_text_layout.h"
 #include "platform/qt/qt_timer.h"
 #include "platform/qt/unix_signals.h"
@@ -56,11 +58,12 @@ int runWriteSample(int argc, char** argv, const TCommandLine& cl) {
 }
 
 // What both ways of running give the controller: the port, the font
-// question, the main-thread queue, and the answer to SIGINT and SIGTERM:
-// no question, unsaved work goes to the autosave file, which the next
-// start brings back.
+// question, the main-thread queue, and the answer to SIGINT, SIGTERM and
+// SIGHUP: no question, unsaved work goes to the autosave file, which the
+// next start brings back.
 void connectController(TfrmPelw& form, QCoreApplication& app, const TCommandLine& cl) {
   form.FApiPort = cl.apiPort;
+  form.FMakePngImage = makeQtPngImage;
   form.FFontExists = [](const std::string& family) {
     return QFontDatabase::families().contains(QString::fromStdString(family));
   };
@@ -85,7 +88,8 @@ int runHeadless(int argc, char** argv, const TCommandLine& cl) {
   form.FHeadless = true;
   connectController(form, app, cl);
   form.FormCreate(cl.args);
-  const int rc = app.exec();
+  // With its port taken, headless has nothing to do: it ends, failing.
+  const int rc = form.FMCPServerError.empty() ? app.exec() : 1;
   form.FormDestroy();
   setTextLayout(nullptr);
   return rc;
@@ -133,6 +137,7 @@ int main(int argc, char** argv) {
     std::fprintf(stderr, "pelwright: %s\n%s", cl.error.c_str(), commandLineHelp().c_str());
     return 2;
   }
+  if (cl.mcp) return runMcpOnStandardStreams(cl.apiPort);
   if (!cl.writeSampleFile.empty()) return runWriteSample(argc, argv, cl);
   if (!cl.writeTemplatesFile.empty()) {
     try {

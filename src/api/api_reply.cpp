@@ -61,6 +61,12 @@ std::string failReply(std::string_view message, int id) {
   return r.take();
 }
 
+std::string failReply(std::string_view message) {
+  TJsonReply r;
+  r.beginObject().field("ok", false).field("error", message).endObject();
+  return r.take();
+}
+
 std::string okReply(std::string_view name, int value) {
   TJsonReply r;
   r.beginObject().field("ok", true).field(name, value).endObject();

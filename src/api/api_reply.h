@@ -29,6 +29,8 @@ TPointF apiShapeCenter(TPW_Path& shape);
 std::string errorReply(std::string_view message);
 // {"ok":false,"error":"<message>","id":<id>}: understood, but not done.
 std::string failReply(std::string_view message, int id);
+// {"ok":false,"error":"<message>"}
+std::string failReply(std::string_view message);
 // {"ok":true,"<name>":<value>}
 std::string okReply(std::string_view name, int value);
 // {"ok":true}

@@ -21,9 +21,17 @@ double requireNumber(const TJson& obj, const char* name) {
   return it->get<double>();
 }
 
+double checkedLength(double value, const char* name) {
+  if (!(std::fabs(value) <= kMaxLengthMm))
+    throw TApiRangeError(std::string(name) + " out of range: its size must not pass 1000000");
+  return value;
+}
+
+double requireLength(const TJson& obj, const char* name) { return checkedLength(requireNumber(obj, name), name); }
+
 TPointF requirePoint(const TJson& obj, const char* nameX, const char* nameY) {
-  const double x = requireNumber(obj, nameX);
-  const double y = requireNumber(obj, nameY);
+  const double x = requireLength(obj, nameX);
+  const double y = requireLength(obj, nameY);
   return TPointF::fromDouble(x, y);
 }
 

@@ -23,6 +23,20 @@ class TApiRequestError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
+// A number beyond the sane range (a coordinate, size or radius past
+// kMaxLengthMm). Nothing has changed when it is thrown; the router answers
+// {"error":...} with status 200, the row endpoints {"ok":false,...}.
+class TApiRangeError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+// The value, or TApiRangeError naming `name` when its size passes
+// kMaxLengthMm. Angles are held to the same bound.
+double checkedLength(double value, const char* name);
+// requireNumber within kMaxLengthMm.
+double requireLength(const TJson& obj, const char* name);
+
 // Nesting deeper than this is not taken as JSON at all.
 inline constexpr int kMaxBodyDepth = 200;
 
@@ -33,7 +47,7 @@ std::optional<TJson> parseJsonObject(const std::string& body);
 // obj[name] as a double. Throws TApiRequestError when the key is missing or
 // holds anything but a number.
 double requireNumber(const TJson& obj, const char* name);
-// Two required numbers narrowed to a point.
+// Two required lengths narrowed to a point.
 TPointF requirePoint(const TJson& obj, const char* nameX, const char* nameY);
 
 // The four points of a Bezier from "points" ([P0, C1, C2, P1], each an

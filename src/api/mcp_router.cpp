@@ -2,6 +2,8 @@
 
 #include <exception>
 
+#include "api/api_reply.h"
+#include "api/api_request.h"
 #include "api/mcp_server.h"
 
 bool TMcpRoute::fits(const std::string& reqMethod, const std::string& reqPath) const {
@@ -28,6 +30,9 @@ std::string TMcpRouter::route(const std::string& method, const std::string& path
     if (!r.fits(method, path)) continue;
     try {
       return r.handler(path, body);
+    } catch (const TApiRangeError& e) {
+      // A worded refusal like the handlers' own: status 200.
+      return errorReply(e.what());
     } catch (const std::exception& e) {
       status = 500;
       return mcpErrorBody(e.what());

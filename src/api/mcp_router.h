@@ -28,7 +28,8 @@ class TMcpRouter {
   const std::vector<TMcpRoute>& routes() const { return FRoutes; }
 
   // Runs the first fitting route. No route: 404 with the unknown-endpoint
-  // body. A handler that raises: 500 with its message.
+  // body. A handler that raises: 500 with its message, or for a number out
+  // of range (TApiRangeError) 200 with {"error":...}.
   std::string route(const std::string& method, const std::string& path, const std::string& body,
                     int& status) const;
 

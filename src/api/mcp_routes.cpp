@@ -2,6 +2,7 @@
 
 #include "api/doc_endpoints.h"
 #include "api/query_endpoints.h"
+#include "api/render_endpoint.h"
 #include "api/ruler_endpoint.h"
 #include "api/shape_edit_endpoints.h"
 #include "api/stitch_endpoints.h"
@@ -43,6 +44,8 @@ std::vector<TMcpRoute> buildMcpRoutes(TfrmPelw& form) {
   t.push_back({"POST", "/viewport/fit", M::Exact, [f](S, S) { return apiFitViewport(*f); }});
   t.push_back({"DELETE", "/shapes", M::Exact, [f](S, S body) { return apiDeleteShapes(*f, body); }});
   t.push_back({"DELETE", "/shapes/", M::PrefixLongerThan8, [f](S path, S) { return apiDeleteShape(*f, path); }});
+  // Beyond the published list: a picture of the drawing, read only.
+  t.push_back({"POST", "/render", M::Exact, [f](S, S body) { return apiRender(*f, body); }});
   t.push_back({"GET", "/", M::Exact, [](S, S) { return std::string(kMcpInfoDocument); }});
   return t;
 }

@@ -3,10 +3,13 @@
 #include <httplib.h>
 #include <sys/socket.h>
 
+#include <algorithm>
 #include <atomic>
+#include <cctype>
+#include <string_view>
 #include <chrono>
 #include <condition_variable>
-#include <list>
+#include <deque>
 #include <mutex>
 #include <stdexcept>
 
@@ -16,43 +19,74 @@ constexpr const char* kJsonContentType = "application/json; charset=utf-8";
 // How long Stop waits for idle keep-alive connections to notice the server
 // went away before it lets their threads run out on their own.
 constexpr auto kConnectionDrainLimit = std::chrono::milliseconds(300);
+// Connections served at once; an assistant and a few scripts use a handful.
+constexpr int kMaxConnectionThreads = 64;
+constexpr auto kIdleThreadLife = std::chrono::seconds(30);
 
-// One thread for each connection. The threads are detached, and each holds
-// the server object alive until it ends, so that Stop never has to wait on a
-// client that keeps an idle connection open.
-class TThreadPerConnection : public httplib::TaskQueue {
+// The connection threads: started as connections come, at most
+// kMaxConnectionThreads of them; further connections wait in the queue for
+// a free one. The threads are detached, and each job holds the server object
+// alive until it ends, so that Stop never has to wait on a client that keeps
+// an idle connection open. A thread left idle for a while ends.
+class TConnectionPool : public httplib::TaskQueue {
  public:
-  explicit TThreadPerConnection(std::weak_ptr<httplib::Server> server)
-      : FServer(std::move(server)), FCount(std::make_shared<TCount>()) {}
+  explicit TConnectionPool(std::weak_ptr<httplib::Server> server)
+      : FServer(std::move(server)), FState(std::make_shared<TState>()) {}
 
   void enqueue(std::function<void()> fn) override {
     auto keepAlive = FServer.lock();
-    {
-      std::lock_guard<std::mutex> lock(FCount->m);
-      ++FCount->active;
-    }
-    std::thread([fn = std::move(fn), keepAlive, count = FCount]() mutable {
+    std::lock_guard<std::mutex> lock(FState->m);
+    FState->jobs.push_back([fn = std::move(fn), keepAlive]() mutable {
       fn();
       fn = nullptr;
-      std::lock_guard<std::mutex> lock(count->m);
-      --count->active;
-      count->cv.notify_all();
-    }).detach();
+    });
+    if (FState->jobs.size() > size_t(FState->idle) && FState->threads < kMaxConnectionThreads) {
+      ++FState->threads;
+      std::thread(work, FState).detach();
+    }
+    FState->wake.notify_one();
   }
 
   void shutdown() override {
-    std::unique_lock<std::mutex> lock(FCount->m);
-    FCount->cv.wait_for(lock, kConnectionDrainLimit, [this] { return FCount->active == 0; });
+    std::unique_lock<std::mutex> lock(FState->m);
+    FState->shutdown = true;
+    FState->wake.notify_all();
+    FState->done.wait_for(lock, kConnectionDrainLimit,
+                          [this] { return FState->active == 0 && FState->jobs.empty(); });
   }
 
  private:
-  struct TCount {
+  struct TState {
     std::mutex m;
-    std::condition_variable cv;
-    int active = 0;
+    std::condition_variable wake, done;
+    std::deque<std::function<void()>> jobs;
+    int threads = 0, idle = 0, active = 0;
+    bool shutdown = false;
   };
+
+  static void work(std::shared_ptr<TState> state) {
+    std::unique_lock<std::mutex> lock(state->m);
+    while (true) {
+      ++state->idle;
+      state->wake.wait_for(lock, kIdleThreadLife, [&] { return !state->jobs.empty() || state->shutdown; });
+      --state->idle;
+      if (state->jobs.empty()) break;  // shut down, or idle too long
+      auto job = std::move(state->jobs.front());
+      state->jobs.pop_front();
+      ++state->active;
+      lock.unlock();
+      job();
+      job = nullptr;
+      lock.lock();
+      --state->active;
+      state->done.notify_all();
+    }
+    --state->threads;
+    state->done.notify_all();
+  }
+
   std::weak_ptr<httplib::Server> FServer;
-  std::shared_ptr<TCount> FCount;
+  std::shared_ptr<TState> FState;
 };
 
 }  // namespace
@@ -61,6 +95,8 @@ class TThreadPerConnection : public httplib::TaskQueue {
 // both through shared ownership.
 struct TPWMCPServer::TShared {
   TPWMCPHandler handler;
+  std::vector<std::string> allowedOrigins;
+  int listenSocket = -1;
   std::mutex m;
   std::condition_variable idle;
   bool stopped = false;
@@ -114,6 +150,53 @@ std::string decodeUtf8(const std::string& bytes) {
   return out;
 }
 
+namespace {
+
+std::string lowerCase(std::string s) {
+  for (char& c : s) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+  return s;
+}
+
+std::string trimmed(const std::string& s) {
+  const size_t a = s.find_first_not_of(" \t");
+  if (a == std::string::npos) return {};
+  return s.substr(a, s.find_last_not_of(" \t") - a + 1);
+}
+
+bool allDigits(std::string_view s) {
+  return !s.empty() && s.size() <= 5 && std::all_of(s.begin(), s.end(), [](char c) { return c >= '0' && c <= '9'; });
+}
+
+// `text` is `name` alone or followed by ":" and a port.
+bool isNameWithPort(std::string_view text, std::string_view name) {
+  if (text.substr(0, name.size()) != name) return false;
+  const std::string_view rest = text.substr(name.size());
+  return rest.empty() || (rest.front() == ':' && allDigits(rest.substr(1)));
+}
+
+}  // namespace
+
+std::string foreignRequestRefusal(const std::string* host, const std::string* origin,
+                                  const std::vector<std::string>& allowedOrigins) {
+  if (host) {
+    const std::string h = lowerCase(trimmed(*host));
+    if (!isNameWithPort(h, "127.0.0.1") && !isNameWithPort(h, "localhost") && !isNameWithPort(h, "[::1]"))
+      return "forbidden: the Host must be 127.0.0.1, localhost or [::1]";
+  }
+  if (origin) {
+    std::string o = lowerCase(trimmed(*origin));
+    if (isNameWithPort(o, "http://127.0.0.1") || isNameWithPort(o, "http://localhost")) return {};
+    while (!o.empty() && o.back() == '/') o.pop_back();
+    for (const std::string& allowed : allowedOrigins) {
+      std::string a = lowerCase(trimmed(allowed));
+      while (!a.empty() && a.back() == '/') a.pop_back();
+      if (!a.empty() && a == o) return {};
+    }
+    return "forbidden: the Origin is not allowed (AllowedOrigins in section MCP of the options names others)";
+  }
+  return {};
+}
+
 TPWMCPServer::TPWMCPServer(int APort, TPWMCPHandler AHandler)
     : FHandler(std::move(AHandler)), FPort(APort) {
   createServer();
@@ -121,20 +204,31 @@ TPWMCPServer::TPWMCPServer(int APort, TPWMCPHandler AHandler)
 
 TPWMCPServer::~TPWMCPServer() { Stop(); }
 
+void TPWMCPServer::setAllowedOrigins(std::vector<std::string> origins) {
+  FAllowedOrigins = std::move(origins);
+  if (FShared) FShared->allowedOrigins = FAllowedOrigins;
+}
+
 void TPWMCPServer::createServer() {
   FShared = std::make_shared<TShared>();
   FShared->handler = FHandler;
+  FShared->allowedOrigins = FAllowedOrigins;
   FServer = std::make_shared<httplib::Server>();
   httplib::Server& svr = *FServer;
 
   // Plain address reuse for quick restarts, but never port sharing: a
   // second copy of the program must fail to bind.
-  svr.set_socket_options([](socket_t sock) {
+  // The listening socket is noted, so that Start can give it a longer queue
+  // than the library's five: a burst of clients connecting at once would
+  // otherwise see their connections dropped and retried a second later.
+  std::weak_ptr<TShared> noted = FShared;
+  svr.set_socket_options([noted](socket_t sock) {
     int yes = 1;
     setsockopt(sock, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof(yes));
+    if (auto shared = noted.lock()) shared->listenSocket = sock;
   });
   std::weak_ptr<httplib::Server> weak = FServer;
-  svr.new_task_queue = [weak] { return new TThreadPerConnection(weak); };
+  svr.new_task_queue = [weak] { return new TConnectionPool(weak); };
   // Headers and body leave in separate writes; without this a client that
   // delays its acknowledgements stalls every reply on a kept-alive connection.
   svr.set_tcp_nodelay(true);
@@ -197,7 +291,20 @@ void TPWMCPServer::createServer() {
   // sends none), whose body is empty and would otherwise be refused while
   // the library looks for it; and methods the library has no routes for
   // (TRACE, CONNECT), which get the unknown-endpoint reply like any other.
-  svr.set_pre_routing_handler([onRequest](const httplib::Request& req, httplib::Response& res) {
+  svr.set_pre_routing_handler([onRequest, shared](const httplib::Request& req, httplib::Response& res) {
+    // A web page in the user's browser may not drive the drawing: refused
+    // before anything else, preflights included.
+    const auto header = [&req](const char* name) -> const std::string* {
+      const auto it = req.headers.find(name);
+      return it == req.headers.end() ? nullptr : &it->second;
+    };
+    const std::string refusal = foreignRequestRefusal(header("Host"), header("Origin"), shared->allowedOrigins);
+    if (!refusal.empty()) {
+      res.status = 403;
+      res.set_header("Access-Control-Allow-Origin", "*");
+      res.set_content(mcpErrorBody(refusal), kJsonContentType);
+      return httplib::Server::HandlerResponse::Handled;
+    }
     const std::string& m = req.method;
     const bool mayHaveBody = m == "POST" || m == "PUT" || m == "PATCH" || m == "DELETE";
     const bool routed = mayHaveBody || m == "GET" || m == "HEAD" || m == "OPTIONS";
@@ -227,6 +334,8 @@ void TPWMCPServer::Start() {
       throw std::runtime_error("cannot bind 127.0.0.1:" + std::to_string(FPort));
     FBoundPort = FPort;
   }
+  // Linux takes a second listen() on a listening socket as a new queue length.
+  if (FShared->listenSocket >= 0) ::listen(FShared->listenSocket, SOMAXCONN);
   auto server = FServer;
   FListenThread = std::thread([server] { server->listen_after_bind(); });
   // Wait until the accept loop runs, so that an early Stop is not lost.

@@ -27,7 +27,7 @@ TDrawStep readLine(const TJson& obj) {
 
 TDrawStep readCircle(const TJson& obj) {
   const TPointF c = requirePoint(obj, "cx", "cy");
-  const float r = static_cast<float>(requireNumber(obj, "r"));
+  const float r = static_cast<float>(requireLength(obj, "r"));
   return [c, r](TPW_Path& s) { s.drawEllipsePath(c, 2.0f * r, 2.0f * r); };
 }
 
@@ -36,10 +36,10 @@ TDrawStep readEllipse(const TJson& obj) {
   const TPointF c = requirePoint(obj, "cx", "cy");
   float w = 0, h = 0;
   if (obj.contains("rx") && obj.contains("ry")) {
-    w = 2.0f * static_cast<float>(requireNumber(obj, "rx"));
-    h = 2.0f * static_cast<float>(requireNumber(obj, "ry"));
+    w = 2.0f * static_cast<float>(requireLength(obj, "rx"));
+    h = 2.0f * static_cast<float>(requireLength(obj, "ry"));
   } else {
-    w = h = 2.0f * static_cast<float>(requireNumber(obj, "r"));
+    w = h = 2.0f * static_cast<float>(requireLength(obj, "r"));
   }
   return [c, w, h](TPW_Path& s) { s.drawEllipsePath(c, w, h); };
 }
@@ -48,13 +48,28 @@ TDrawStep readEllipse(const TJson& obj) {
 // The sweep is the difference of the two as given, sign and size kept.
 TDrawStep readArc(const TJson& obj) {
   const TPointF c = requirePoint(obj, "cx", "cy");
-  const float r = static_cast<float>(requireNumber(obj, "r"));
-  const double a0 = requireNumber(obj, "startAngle");
-  const double a1 = requireNumber(obj, "endAngle");
+  const float r = static_cast<float>(requireLength(obj, "r"));
+  const double a0 = requireLength(obj, "startAngle");
+  const double a1 = requireLength(obj, "endAngle");
   const TPointF st = TPointF::fromDouble(c.x + std::cos(a0) * r, c.y + std::sin(a0) * r);
   const TPointF ep = TPointF::fromDouble(c.x + std::cos(a1) * r, c.y + std::sin(a1) * r);
   const float sweep = static_cast<float>((a1 - a0) * kDegreesPerRadian);
   return [c, r, st, ep, sweep](TPW_Path& s) { s.drawArcPath(c, TPointF(r, r), st, ep, sweep); };
+}
+
+// The numbers of any geometry the body holds, held to their range before a
+// shape changes: the refusal then leaves the document as it was.
+void checkGeometryRange(const TJson& obj) {
+  for (const char* key : {"x1", "y1", "x2", "y2", "cx", "cy", "r", "rx", "ry", "startAngle", "endAngle"}) {
+    const auto it = obj.find(key);
+    if (it != obj.end() && it->is_number()) checkedLength(it->get<double>(), key);
+  }
+  const auto points = obj.find("points");
+  if (points == obj.end() || !points->is_array()) return;
+  for (const TJson& p : *points)
+    if (p.is_object())
+      for (const char* key : {"x", "y"})
+        if (const auto it = p.find(key); it != p.end() && it->is_number()) checkedLength(it->get<double>(), key);
 }
 
 TDrawStep bezierStep(const std::array<TPointF, 4>& p) {
@@ -117,6 +132,7 @@ std::string apiUpdateShape(TfrmPelw& form, const std::string& path, const std::s
   if (!obj) return errorReply(kInvalidBody);
   TPW_Path* shape = form.PathList->findByID(*id);
   if (!shape) return failReply("shape not found", *id);
+  checkGeometryRange(*obj);
 
   const auto palette = obj->find("paletteIdx");
   if (palette != obj->end() && palette->is_number()) {

@@ -14,13 +14,6 @@ const char* const kInvalidBody = "invalid JSON body";
 constexpr double kDefaultPitchMm = 4.0;
 constexpr double kDefaultHoleCount = 10.0;
 
-// {"ok":false,"error":"<message>"}: the row could not be laid.
-std::string refusal(const std::string& message) {
-  TJsonReply r;
-  r.beginObject().field("ok", false).field("error", message).endObject();
-  return r.take();
-}
-
 // What a row made: its count, the pitch it closed with (to a thousandth),
 // the corner mode when a corner method laid it, and the new holes.
 std::string rowReply(const TfrmPelw::TStitchReply& made, bool withCornerMode) {
@@ -41,7 +34,7 @@ std::string apiStitchHole(TfrmPelw& form, const std::string& body) {
   if (!obj) return errorReply(kInvalidBody);
   TfrmPelw::TStitchHoleRequest req;
   req.FCenter = requirePoint(*obj, "cx", "cy");
-  req.FAngle = static_cast<float>(optionalNumber(*obj, "angle", 0.0));
+  req.FAngle = static_cast<float>(checkedLength(optionalNumber(*obj, "angle", 0.0), "angle"));
   req.FStitchType = optionalText(*obj, "stitchType", req.FStitchType);
   req.FLayerId = resolveLayer(*obj, form.FActiveLayer);
   // The hole takes the current stroke, as one set by hand does.
@@ -55,8 +48,12 @@ std::string apiStitchAlongPath(TfrmPelw& form, const std::string& body) {
   const auto obj = parseJsonObject(body);
   if (!obj) return errorReply(kInvalidBody);
   TfrmPelw::TStitchAlongPathRequest req;
-  req.FStartPoint = requirePointObject(*obj, "startPoint");
-  req.FEndPoint = requirePointObject(*obj, "endPoint");
+  try {
+    req.FStartPoint = requirePointObject(*obj, "startPoint");
+    req.FEndPoint = requirePointObject(*obj, "endPoint");
+  } catch (const TApiRangeError& e) {
+    return failReply(e.what());
+  }
   req.FMode = optionalText(*obj, "mode", req.FMode);
   req.FPitchMm = static_cast<float>(optionalNumber(*obj, "pitchMm", kDefaultPitchMm));
   req.FCornerMode = optionalWholeNumber(*obj, "cornerMode", kCornerUniform);
@@ -64,7 +61,7 @@ std::string apiStitchAlongPath(TfrmPelw& form, const std::string& body) {
   req.FStitchType = optionalText(*obj, "stitchType", req.FStitchType);
   req.FLayerId = resolveLayer(*obj, form.FActiveLayer);
   const TfrmPelw::TStitchReply made = form.apiStitchAlongPath(req);
-  if (!made.FOk) return refusal(made.FError);
+  if (!made.FOk) return failReply(made.FError);
   return rowReply(made, made.FChainPlacement);
 }
 
@@ -73,7 +70,11 @@ std::string apiStitchLoop(TfrmPelw& form, const std::string& body) {
   if (!obj) return errorReply(kInvalidBody);
   if (!obj->contains("pointOnLoop")) return errorReply("pointOnLoop is required");
   TfrmPelw::TStitchLoopRequest req;
-  req.FPointOnLoop = requirePointObject(*obj, "pointOnLoop");
+  try {
+    req.FPointOnLoop = requirePointObject(*obj, "pointOnLoop");
+  } catch (const TApiRangeError& e) {
+    return failReply(e.what());
+  }
   req.FMode = optionalText(*obj, "mode", req.FMode);
   req.FPitchMm = static_cast<float>(optionalNumber(*obj, "pitchMm", kDefaultPitchMm));
   req.FHoleCount = static_cast<float>(optionalNumber(*obj, "holeCount", kDefaultHoleCount));
@@ -81,6 +82,6 @@ std::string apiStitchLoop(TfrmPelw& form, const std::string& body) {
   if (obj->contains("cornerMode")) req.FCornerMode = optionalWholeNumber(*obj, "cornerMode", kCornerUniform);
   req.FLayerId = resolveLayer(*obj, form.FActiveLayer);
   const TfrmPelw::TStitchReply made = form.apiStitchLoop(req);
-  if (!made.FOk) return refusal(made.FError);
+  if (!made.FOk) return failReply(made.FError);
   return rowReply(made, false);
 }

@@ -8,6 +8,8 @@ TCommandLine parseCommandLine(int argc, const char* const* argv) {
     const std::string a = argv[i];
     if (a == "--headless") {
       cl.headless = true;
+    } else if (a == "--mcp") {
+      cl.mcp = true;
     } else if (a == "--help" || a == "-h") {
       cl.help = true;
     } else if (a == "--write-sample") {
@@ -44,6 +46,8 @@ TCommandLine parseCommandLine(int argc, const char* const* argv) {
       cl.args.push_back(a);
     }
   }
+  if (cl.mcp && (cl.headless || !cl.writeSampleFile.empty() || !cl.args.empty()))
+    cl.error = "--mcp takes no project file and no other mode; only --api-port";
   return cl;
 }
 
@@ -56,8 +60,12 @@ std::string commandLineHelp() {
          "  --headless        run without a window; with the local API enabled\n"
          "                    (section [MCP], EnableServer=1 in pw_options.ini)\n"
          "                    other programs edit the drawing through it.\n"
-         "                    Ends on SIGINT or SIGTERM.\n"
+         "                    Ends on SIGINT, SIGTERM or SIGHUP; ends at once\n"
+         "                    with status 1 when the port is taken.\n"
          "  --api-port N      port of the local API on 127.0.0.1 (default 7777)\n"
+         "  --mcp             serve the Model Context Protocol on standard input\n"
+         "                    and output for an assistant, passing its tool\n"
+         "                    calls to the running program's local API\n"
          "  --instance-id ID  marks a window opened from another one\n"
          "  --write-sample FILE\n"
          "                    write the card holder sample project to FILE\n"

@@ -7,6 +7,8 @@
 struct TCommandLine {
   bool headless = false;
   bool help = false;
+  // --mcp: the assistant bridge on standard input and output (no window).
+  bool mcp = false;
   int apiPort = 7777;
   // --write-sample FILE: write the card holder sample project and end.
   std::string writeSampleFile;

@@ -1,5 +1,7 @@
 #include "app/frm_pelw.h"
 
+#include <algorithm>
+#include <cstdio>
 #include <filesystem>
 
 #include "api/mcp_routes.h"
@@ -11,17 +13,20 @@
 
 TfrmPelw::TfrmPelw() = default;
 
-
-
-
 void TfrmPelw::startMCPServerIfEnabled() {
   bool enabled = false;
+  std::string origins;
   try {
     const std::string file = optionsFileName();
-    if (std::filesystem::exists(file)) enabled = TIniFile(file).ReadBool("MCP", "EnableServer", enabled);
+    if (std::filesystem::exists(file)) {
+      const TIniFile ini(file);
+      enabled = ini.ReadBool("MCP", "EnableServer", enabled);
+      origins = ini.ReadString("MCP", "AllowedOrigins", "");
+    }
   } catch (...) {
     // An unreadable options file leaves the server off.
   }
+  FMCPServerError.clear();
   if (!enabled) return;
   try {
     FMCPServer = std::make_unique<TPWMCPServer>(
@@ -29,11 +34,20 @@ void TfrmPelw::startMCPServerIfEnabled() {
                          int& status, std::string& contentType) {
           return mcpDispatch(method, path, body, status, contentType);
         });
+    std::vector<std::string> allowed;
+    for (size_t from = 0; from <= origins.size();) {
+      const size_t comma = std::min(origins.find(',', from), origins.size());
+      allowed.push_back(origins.substr(from, comma - from));
+      from = comma + 1;
+    }
+    FMCPServer->setAllowedOrigins(std::move(allowed));
     FMCPServer->Start();
   } catch (...) {
     // The port is taken, most likely by another copy of the program: go on
-    // without a server and say nothing.
+    // without a server, and say so.
     FMCPServer.reset();
+    FMCPServerError = phrase("ApiPortTaken") + " 127.0.0.1:" + std::to_string(FApiPort);
+    std::fprintf(stderr, "pelwright: %s\n", FMCPServerError.c_str());
   }
 }
 

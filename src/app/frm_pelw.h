@@ -22,6 +22,7 @@
 #include "libraries/draw_pallet.h"
 #include "platform/dialogs.h"
 #include "platform/main_thread.h"
+#include "platform/png_image.h"
 #include "platform/timer.h"
 #include "stitching/iron_file.h"
 #include "stitching/iron_groups.h"
@@ -41,6 +42,7 @@
 #include "libraries/catalog.h"
 #include "libraries/parts_repository.h"
 // ---- end libraries ----
+#include "generators/jigsaw.h"
 
 class ICanvas;
 class INumberBox;
@@ -141,11 +143,17 @@ class TfrmPelw : public TViewState {
   // The server's handler: runs the router on the main thread and waits.
   std::string mcpDispatch(const std::string& method, const std::string& path,
                           const std::string& body, int& status, std::string& contentType);
-  // Reads "EnableServer" of section "MCP" and starts the server when it is
-  // true; a port that is taken leaves the program without a server, silently.
+  // Reads "EnableServer" and "AllowedOrigins" (comma-separated) of section
+  // "MCP" and starts the server when enabled. A port that is taken leaves
+  // the program without a server; FMCPServerError then says so (and
+  // standard error), for the status bar, and --headless ends.
   void startMCPServerIfEnabled();
+  std::string FMCPServerError;
   void stopMCPServer();
   const TMcpRouter& router() const { return FRouter; }
+  // Images the scene is rendered into for pictures of the drawing
+  // (POST /render); the platform sets it. Without it that endpoint refuses.
+  TPngImageFactory FMakePngImage;
 
   // ---- view and paint (defined in src/surface/) ----
   // Millimetres to canvas pixels and back; VisibleRealRect is what the
@@ -259,12 +267,14 @@ class TfrmPelw : public TViewState {
   void openDemoProject();
   std::string demoProjectFileName() const;
   // Writes unsaved work to this instance's autosave file, so that the next
-  // start brings it back: shut-down on SIGINT or SIGTERM, without a question.
+  // start brings it back: shut-down on SIGINT, SIGTERM or SIGHUP, without a
+  // question, in the window as in --headless.
   void FormDestroyAfterSignal();
 
   // ---- project files ----
   // Loads a project; false when the file was no JSON object or could not
-  // be read. Failures are told through the dialogs and leave a valid document.
+  // be read. Failures are told through the dialogs and leave the open
+  // document and FFilename as they were: a failed file is never a save target.
   bool loadProject(const std::string& filename);
   // Saves to FFilename, or asks for a name when there is none. True when saved.
   bool saveProject();
@@ -316,8 +326,10 @@ class TfrmPelw : public TViewState {
   void TimerAutoSaveTimer();
   // Deletes this instance's autosave file when there is one.
   void deleteAutosaveFile();
-  // Start-up: loads a leftover autosave file (renamed "delete_anytime..."
-  // first). True when one was found.
+  // Start-up: loads the newest leftover autosave file (renamed
+  // "delete_anytime..." while it loads, so that a file that crashes the
+  // load is not taken again), which then stays as this instance's autosave
+  // file until a newer autosave or a save replaces it. True when one was found.
   bool recoverAutosave();
   // ---- line palette (src/surface/frm_pelw_palette.cpp) ----
   // The forty rows, factory values until the options overlay them. The
@@ -531,6 +543,22 @@ class TfrmPelw : public TViewState {
   // What the painter keeps of the backdrops on the screen.
   std::shared_ptr<void> FBackdropLayerCache;
   // ==== end libraries ====
+  // ==== generators, stitching order, translation import ====
+  // (src/app/frm_pelw_generators.cpp)
+  // The jigsaw dialog's values, kept for its next opening.
+  TJigsawSettings FJigsawSettings;
+  // Draws the jigsaw pattern in the active layer as one undo step and keeps
+  // the settings. Refused settings get a message and change nothing.
+  bool actJigsaw(const TJigsawSettings& settings);
+  // Chains the selected holes into a short tour that starts at the hole
+  // nearest the pointer; one undo step. No hole selected: nothing at all.
+  void actFixStitchingOrder();
+  // Asks for a tab-separated phrase file and imports it.
+  void actImportTranslationFile();
+  // Replaces the phrase tables with the file's; a refused file gets a
+  // message and changes nothing. True when imported.
+  bool importTranslationFile(const std::string& filename);
+  // ==== end generators ====
 
  private:
   // ---- stitch rows ----
@@ -552,6 +580,10 @@ class TfrmPelw : public TViewState {
   void clearBackdrops();
   void prepareStitchCandidates();
   std::vector<TPW_Path*> stitchHitTest(const TPointF& point) const;
+  // Empty, or why a row over these shapes is not laid with the settings:
+  // the local API's words, or the phrase the tool shows.
+  std::string rowSizeRefusal(const std::vector<TPW_Path*>& shapes, const TStitchSettings& settings,
+                             bool api) const;
   TMainThreadCalls FMainCalls;
   THeadlessDialogs FHeadlessDialogs;
   TSnapshotLinks FSnapshotLinks;
@@ -566,5 +598,6 @@ class TfrmPelw : public TViewState {
   bool FCreated = false;
   bool FDestroyed = false;
   bool FWriteRecoveryOnExit = false;
+  TDateTime FUnsavedSince = 0;  // the first change not yet in a file
   std::string FLastAutosaveError;
 };

@@ -22,9 +22,12 @@ std::string TfrmPelw::autosaveFileName() const {
 void TfrmPelw::TimerAutoSaveTimer() {
   if (!PathList || !PathList->FIsChanged) return;
   if (!(PathList->FLastChangeTime > PathList->FLastSavedTime)) return;
-  // Someone working without pause is not interrupted.
+  // Someone working without pause is not interrupted, but changes that have
+  // waited ten seconds are written whatever is going on: steady work through
+  // the local API never pauses.
   const double now = nowDateTime();
-  if (now - PathList->FLastOperatedTime < 3 * kSecond || now - PathList->FLastSavedTime < 3 * kSecond) return;
+  const bool quiet = now - PathList->FLastOperatedTime >= 3 * kSecond && now - PathList->FLastSavedTime >= 3 * kSecond;
+  if (!quiet && now - FUnsavedSince < 10 * kSecond) return;
   const std::string remembered = FFilename;
   const bool toRecoveryFile = !FOptions.FUseAutoSave || FFilename.empty();
   const std::string target = toRecoveryFile ? autosaveFileName() : FFilename;
@@ -51,27 +54,35 @@ void TfrmPelw::deleteAutosaveFile() {
 }
 
 bool TfrmPelw::recoverAutosave() {
-  std::vector<std::string> names;
+  // The newest file wins; of files equally new, the first by name.
+  std::vector<std::pair<std::filesystem::file_time_type, std::string>> found;
   std::error_code ec;
   for (const auto& entry : std::filesystem::directory_iterator(FAppDataPath, ec)) {
     const std::string n = entry.path().filename().string();
     if (n.rfind("autosave", 0) == 0 && n.size() >= 12 && n.compare(n.size() - 4, 4, ".tmp") == 0 &&
         entry.is_regular_file(ec))
-      names.push_back(n);
+      found.emplace_back(entry.last_write_time(ec), n);
   }
-  if (names.empty()) return false;
-  std::sort(names.begin(), names.end());
+  if (found.empty()) return false;
+  std::sort(found.begin(), found.end(), [](const auto& a, const auto& b) {
+    return a.first != b.first ? a.first > b.first : a.second < b.second;
+  });
+  const std::string chosen = found.front().second;
   try {
     // Renamed before the load, so that a file whose load crashes the
     // program is not loaded at every start.
-    std::string name = "delete_anytime" + names.front().substr(8);
+    std::string name = "delete_anytime" + chosen.substr(8);
     while (std::filesystem::exists(joinPath(FAppDataPath, name)))
       name = name.substr(0, name.size() - 4) + "a.tmp";
     const std::string target = joinPath(FAppDataPath, name);
-    std::filesystem::rename(joinPath(FAppDataPath, names.front()), target);
+    std::filesystem::rename(joinPath(FAppDataPath, chosen), target);
     if (loadProject(target)) {
       if (FProgramHost.showMemoPanel && !PathList->FMemo.empty()) FProgramHost.showMemoPanel(true);
-      std::filesystem::remove(target);
+      // Kept, as this instance's own autosave file, until a newer autosave
+      // or a save replaces it: a second crash meanwhile loses nothing.
+      while (std::filesystem::exists(autosaveFileName()))
+        FRandomStr = std::to_string((std::stoi(FRandomStr) + 1) % 10000);
+      std::filesystem::rename(target, autosaveFileName());
     }
     // A file that would not load stays as "delete_anytime...", for the user.
     FFilename.clear();

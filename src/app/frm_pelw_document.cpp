@@ -1,21 +1,11 @@
 // The road every change of the document takes: shapes in, changed, out,
 // with the list of crossings kept current on the way.
-#include <algorithm>
-
 #include "app/frm_pelw.h"
 #include "geometry/collect_intersections.h"
 
-namespace {
-
-bool idInUse(const TShapeList& list, int id) {
-  return std::any_of(list.begin(), list.end(), [id](const auto& s) { return s->FID == id; });
-}
-
-}  // namespace
-
 TPW_Path* TfrmPelw::addShapeToDocument(std::unique_ptr<TPW_Path> shape, int layer) {
   if (!shape || !PathList) return nullptr;
-  if (shape->FID <= 0 || idInUse(*PathList, shape->FID)) shape->updateId(PathList->getNextID());
+  if (shape->FID <= 0 || PathList->idInUse(shape->FID)) shape->updateId(PathList->getNextID());
   TPW_Path* added = shape.get();
   PathList->add(std::move(shape), layer);
   collectIntersectionsFor(added);
@@ -27,7 +17,7 @@ void TfrmPelw::addShapesToDocument(std::vector<std::unique_ptr<TPW_Path>> shapes
   const size_t first = PathList->Count();
   for (auto& shape : shapes) {
     if (!shape) continue;
-    if (shape->FID <= 0 || idInUse(*PathList, shape->FID)) shape->updateId(PathList->getNextID());
+    if (shape->FID <= 0 || PathList->idInUse(shape->FID)) shape->updateId(PathList->getNextID());
     const int target = layer == kOwnLayer ? shape->FLayerID : layer;
     PathList->add(std::move(shape), target);
   }

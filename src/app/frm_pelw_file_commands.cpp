@@ -76,10 +76,15 @@ void TfrmPelw::actLoadProject() {
   if (!FFilename.empty()) folder = std::filesystem::path(FFilename).parent_path().string();
   const std::string name = dialogs().openFileName(folder, ".pwc");
   if (name.empty()) return;
+  const int activeLayer = FActiveLayer;
+  FActiveLayer = 0;
+  if (!loadProject(name)) {
+    // The drawing and its name stay as they were.
+    FActiveLayer = activeLayer;
+    return;
+  }
   FRequireSnapshotRotate = 0;
   FRequireSnapshotScale = 0;
-  FActiveLayer = 0;
-  loadProject(name);
   if (FProgramHost.showMemoPanel) FProgramHost.showMemoPanel(!PathList->FMemo.empty());
 }
 

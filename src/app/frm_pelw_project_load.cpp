@@ -1,7 +1,9 @@
 // Opening a project file: the text is read into a new document first, so
-// that a file that fails half way leaves the open document as it was; then
+// that a file that fails, half way or from the start, leaves the open
+// document and its name as they were; then
 // the new one takes its place, with its stitch links repaired, its layers
 // completed, one undo level, and the question about duplicates.
+#include <filesystem>
 #include <stdexcept>
 
 #include "app/app_paths.h"
@@ -23,6 +25,9 @@ TProjectReadContext TfrmPelw::projectReadContext() const {
 }
 
 bool TfrmPelw::loadProject(const std::string& filename) {
+  // What an interrupted save of this file left beside it.
+  const std::filesystem::path path(filename);
+  removeLeftoverTemporaries(path.parent_path().string(), path.filename().string());
   std::string bytes;
   try {
     bytes = readWholeFile(filename);
@@ -61,15 +66,9 @@ bool TfrmPelw::loadProjectText(const std::string& filename, const std::string& b
     return false;
   }
   if (state != TJsonTextState::Object) {
-    // Not a project: an empty document that still carries the file's name.
+    // Not a project: the open drawing and its name stay, so that a save
+    // never writes over a file that could not be read.
     showFault(phrase("NotPWCFile") + "\n" + filename);
-    PathList->clearAll();
-    FIntersections->Clear();
-    clearBackdrops();
-    FFilename = filename;
-    updateCaption();
-    actResetView();
-    afterDocumentReplaced();
     return false;
   }
   PathList = std::move(content.FList);

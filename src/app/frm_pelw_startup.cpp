@@ -59,6 +59,9 @@ void TfrmPelw::FormCreate(const std::vector<std::string>& args) {
   FCatalogPath = joinPath(FAppDataPath, "catalogs");
   ensureFolder(FRepositoryPath);
   ensureFolder(FCatalogPath);
+  // What saves cut short by a crash left behind.
+  for (const std::string& folder : {FAppDataPath, FRepositoryPath, FCatalogPath, joinPath(FAppDataPath, "demo")})
+    removeLeftoverTemporaries(folder);
   // 6, 7. Palette at its factory rows; drawing defaults from row 0.
   FPalletList = TPalletList();
   clearBackdrops();
@@ -133,6 +136,9 @@ void TfrmPelw::FormCreate(const std::vector<std::string>& args) {
 
 void TfrmPelw::FormDestroyAfterSignal() {
   FWriteRecoveryOnExit = true;
+  // The window closes after this without asking: the work is in the
+  // autosave file, which must not be deleted by an answer of No.
+  FCloseQueryAnswered = true;
   FormDestroy();
 }
 

@@ -147,6 +147,21 @@ std::vector<TPW_Path*> TfrmPelw::stitchHitTest(const TPointF& point) const {
   return hits;
 }
 
+std::string TfrmPelw::rowSizeRefusal(const std::vector<TPW_Path*>& shapes, const TStitchSettings& settings,
+                                     bool api) const {
+  switch (checkRowSize(routeLength(shapes), settings)) {
+    case TRowSize::Fine:
+      return {};
+    case TRowSize::BadPitch:
+      return api ? "pitchMm must be greater than 0 and at most 1000000"
+                 : stitchPhrase("RowPitchNotPositive", "The pitch must be greater than 0.");
+    case TRowSize::TooManyHoles:
+      return api ? "the row would need more than 100000 holes"
+                 : stitchPhrase("RowTooManyHoles", "This row would need more than 100,000 holes. Choose a larger pitch.");
+  }
+  return {};
+}
+
 // ---- the end of a stitching ----
 
 void TfrmPelw::finishStitching(int shownCount, const std::string& lengthText) {
@@ -175,6 +190,11 @@ void TfrmPelw::placeOnClosedPath(const std::vector<TPW_Path*>& shapes, const TPo
   count = 0;
   pitch = FStitchSettings.FPitch;
   if (!PathList || shapes.empty()) return;
+  if (const std::string refusal = rowSizeRefusal(shapes, FStitchSettings, false); !refusal.empty()) {
+    FStitchMessage = refusal;
+    if (FShowStitchMessage) FShowStitchMessage(FStitchMessage);
+    return;
+  }
   validLastStitch();
   const THoleLook look{FColor_StitchingHole, 1.0f, TStrokeDash::Dot};
   TRowHoles holes(*PathList, FActiveLayer, stitchIron(), FIsInvertedStitchMode, look,
@@ -275,6 +295,11 @@ void TfrmPelw::stitchClickedAt(const TPointF& point, bool shift) {
   std::vector<std::unique_ptr<TPW_Path>> route;
   TOpenRow row = openRowAlong(*FVertexNetwork, vertex, FStitchRealLastPos, point, FStitchRealLastPos, route);
 
+  if (const std::string refusal = rowSizeRefusal(row.FRoute, FStitchSettings, false); !refusal.empty()) {
+    FStitchMessage = refusal;
+    if (FShowStitchMessage) FShowStitchMessage(FStitchMessage);
+    return;
+  }
   validLastStitch();
   const THoleLook look{FColor_StitchingHole, 1.0f, TStrokeDash::Dot};
   TRowHoles holes(*PathList, FActiveLayer, stitchIron(), FIsInvertedStitchMode, look,

@@ -85,6 +85,8 @@ TfrmPelw::TStitchReply TfrmPelw::apiStitchAlongPath(const TStitchAlongPathReques
   settings.FPitch = request.FPitchMm;
   settings.FCornerMode = request.FCornerMode;
   settings.FNumOfHoles = static_cast<float>(request.FHoleCount);
+  reply.FError = rowSizeRefusal(row.FRoute, settings, true);
+  if (!reply.FError.empty()) return reply;
 
   // The holes of a walked row take the palette row's stroke; the corner
   // methods lay theirs as the tool does.
@@ -175,6 +177,8 @@ TfrmPelw::TStitchReply TfrmPelw::apiStitchLoop(const TStitchLoopRequest& request
   } else {
     FStitchSettings.FPitchMode = TPitchMode::Auto;
   }
+  reply.FError = rowSizeRefusal(loop, FStitchSettings, true);
+  if (!reply.FError.empty()) return reply;
   int count = 0;
   float pitch = 0.0f;
   placeOnClosedPath(loop, shape->FStartPt, count, pitch);

@@ -7,7 +7,13 @@ void TfrmPelw::setChanged(bool changed) {
   if (!PathList) return;
   const bool was = PathList->FIsChanged;
   PathList->FIsChanged = changed;
-  if (changed) PathList->FLastChangeTime = nowDateTime();
+  if (changed) {
+    const TDateTime now = nowDateTime();
+    // The first change since the last save starts the wait the autosave
+    // keeps to at most ten seconds.
+    if (!(PathList->FLastChangeTime > PathList->FLastSavedTime)) FUnsavedSince = now;
+    PathList->FLastChangeTime = now;
+  }
   if (was != changed && FProgramHost.captionChanged) FProgramHost.captionChanged();
 }
 

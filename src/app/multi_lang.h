@@ -30,13 +30,30 @@ class TMultiLang {
   // True when the language has a table.
   bool isSupported(const std::string& ALangID) const;
 
-  // Replaces the tables from a tab-separated file (format in the .cpp).
-  // Nothing happens, and the result is true, when the file does not exist.
-  // False when the file can't be read (the tables are then untouched) or a
-  // line is malformed (the tables then stay as far as they were filled).
-  bool importTSV(const std::string& filename);
+  // Why an import was refused. A refused import changes nothing.
+  enum class TImportRefusal {
+    None,
+    Unreadable,       // the file could not be opened or read
+    TooLarge,         // over kMaxImportBytes
+    NotUtf8,          // bytes that are not UTF-8 text
+    NotTabSeparated,  // no tab in the whole text, or binary bytes
+    NoLanguageRow,    // no row keyed "two-letter-codes"
+    WrongColumnCount  // FLine has FCells cells: under four, or past the languages
+  };
+  struct TImportResult {
+    TImportRefusal FRefusal = TImportRefusal::None;
+    int FLine = 0;   // one-based line of a wrong column count
+    int FCells = 0;  // its number of cells
+    explicit operator bool() const { return FRefusal == TImportRefusal::None; }
+  };
+  static constexpr size_t kMaxImportBytes = 8u << 20;
+
+  // Replaces the tables from a tab-separated file (format in the .cpp), or
+  // refuses it whole and leaves the tables as they were. A file that does
+  // not exist changes nothing and is no refusal.
+  TImportResult importTSV(const std::string& filename);
   // The same from text in memory.
-  bool importTSVText(std::string_view text);
+  TImportResult importTSVText(std::string_view text);
   // Replaces the tables with the phrase table built into the program.
   bool loadBuiltinPhrases();
 
@@ -49,3 +66,10 @@ class TMultiLang {
  private:
   std::vector<std::string> FLangOrder;
 };
+
+// The printf-style markers of a phrase in order ("%d", "%s", "%.2f"); "%%"
+// and a per cent sign before a blank or a digit's unit ("100 %") are text.
+std::vector<std::string> phrasePlaceholders(std::string_view phrase);
+// The phrase with its markers replaced by the texts in order; markers past
+// the texts are left as they are.
+std::string fillPhrase(std::string_view phrase, const std::vector<std::string>& texts);

@@ -201,7 +201,7 @@ TProjectContent readProjectObject(const nlohmann::ordered_json& root, const TPro
   for (const auto& s : list)
     if (!pending.count(s.get())) list.FLastID = std::max({list.FLastID, s->FID, s->FGroupID});
     else list.FLastID = std::max(list.FLastID, s->FGroupID);
-  for (TPW_Path* s : renumber) s->updateId(list.getNextID());
+  for (TPW_Path* s : renumber) list.renumber(*s, list.getNextID());
   if (c.FCalcCrossings) collectIntersectionsFrom(list, *content.FIntersections, 0);
 
   if (const auto* backdrops = findKey(root, "backdrops"); backdrops && backdrops->is_array())

@@ -178,6 +178,32 @@ void TPathData::AddArc(const TPointF& center, const TPointF& radius, double star
   }
 }
 
+namespace {
+
+// A curve is cut into pieces of the flatness in length; a curve a kilometre
+// long would become millions of them. Pieces past these counts are of no
+// use to anyone: the chords then stray from the curve by less than
+// kFlattenTolerance, half a pixel at the deepest zoom.
+constexpr double kFlattenTolerance = 0.0025;
+// Curves whose count stays below this (three metres at 0.3) keep it as it is.
+constexpr double kFlattenKeepCount = 10000.0;
+// Whatever the curve, for coordinates past any sane drawing.
+constexpr double kFlattenMaxCount = 65536.0;
+
+double usefulPieceCount(double n, const TPointF& p0, const TPointF& p1, const TPointF& p2, const TPointF& p3) {
+  if (!(n > kFlattenKeepCount)) return n;
+  // N chords of a cubic stray from it by at most 6 M / (8 N^2), M the larger
+  // of its two second differences.
+  auto second = [](const TPointF& a, const TPointF& b, const TPointF& c) {
+    return std::hypot(double(a.x) - 2.0 * b.x + c.x, double(a.y) - 2.0 * b.y + c.y);
+  };
+  const double m = std::max(second(p0, p1, p2), second(p1, p2, p3));
+  const double enough = std::ceil(std::sqrt(0.75 * m / kFlattenTolerance)) + 1.0;
+  return std::min({n, std::max(kFlattenKeepCount, enough), kFlattenMaxCount});
+}
+
+}  // namespace
+
 void TPathData::Flatten(double flatness) {
   if (flatness < 0.05) flatness = 0.05;
   const auto& pts = points();
@@ -213,9 +239,9 @@ void TPathData::Flatten(double flatness) {
       len += std::hypot(double(q.x) - prev.x, double(q.y) - prev.y);
       prev = q;
     }
-    const double n = std::nearbyint(len / flatness);
+    const double n = usefulPieceCount(std::nearbyint(len / flatness), p0, p1, p2, p3);
     if (n >= 3) {
-      const int N = static_cast<int>(std::min(n, 1.0e6));
+      const int N = static_cast<int>(n);
       for (int k = 0; k <= N - 2; ++k)
         out.push_back({TPathPointKind::LineTo, cubicPointAt(p0, p1, p2, p3, double(k) / (N - 1))});
     }

@@ -12,14 +12,28 @@ TShapeList::TShapeList(const TMultiLang* AMultilang, const std::string& ALangID)
 
 TShapeList::~TShapeList() = default;
 
+void TShapeList::countId(int id, int delta) {
+  const auto it = FIdCount.try_emplace(id, 0).first;
+  it->second += delta;
+  if (it->second <= 0) FIdCount.erase(it);
+}
+
+void TShapeList::renumber(TPW_Path& shape, int newId) {
+  countId(shape.FID, -1);
+  countId(newId, 1);
+  shape.updateId(newId);
+}
+
 int TShapeList::add(std::unique_ptr<TPW_Path> shape, int layer) {
   shape->FLayerID = layer;
+  countId(shape->FID, 1);
   FItems.push_back(std::move(shape));
   return static_cast<int>(FItems.size() - 1);
 }
 
 void TShapeList::insert(size_t index, std::unique_ptr<TPW_Path> shape) {
   index = std::min(index, FItems.size());
+  countId(shape->FID, 1);
   FItems.insert(FItems.begin() + static_cast<std::ptrdiff_t>(index), std::move(shape));
 }
 
@@ -27,6 +41,7 @@ std::unique_ptr<TPW_Path> TShapeList::extract(size_t index) {
   if (index >= FItems.size()) return nullptr;
   auto shape = std::move(FItems[index]);
   FItems.erase(FItems.begin() + static_cast<std::ptrdiff_t>(index));
+  countId(shape->FID, -1);
   return shape;
 }
 
@@ -46,6 +61,7 @@ int TShapeList::indexOf(const TPW_Path* shape) const {
 }
 
 TPW_Path* TShapeList::findByID(int id) const {
+  if (!idInUse(id)) return nullptr;
   for (const auto& s : FItems)
     if (s->FID == id) return s.get();
   return nullptr;
@@ -53,7 +69,7 @@ TPW_Path* TShapeList::findByID(int id) const {
 
 void TShapeList::clearAll() {
   FMemo.clear();
-  FItems.clear();
+  clearShapes();
   FLayerDict.clear();
   FLayers.clear();
   FLayerVisible.clear();

@@ -6,6 +6,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "document/pw_path.h"
@@ -61,6 +62,14 @@ class TShapeList {
   int indexOf(const TPW_Path* shape) const;
   // First shape with the identifier, or null.
   TPW_Path* findByID(int id) const;
+  // Whether a shape of the list has the identifier; constant time.
+  bool idInUse(int id) const {
+    const auto it = FIdCount.find(id);
+    return it != FIdCount.end() && it->second > 0;
+  }
+  // Gives a shape of this list another identifier. A shape in a list changes
+  // its identifier only this way, so that idInUse stays true to the list.
+  void renumber(TPW_Path& shape, int newId);
 
   // ---- document operations ----
   // Clears memo, shapes and layers, adds a first layer and the default print
@@ -69,7 +78,10 @@ class TShapeList {
   void clearAll();
   // Frees every shape and leaves everything else (layers, memo, print
   // areas, times, the counter) as it is: for restoring an undo state.
-  void clearShapes() { FItems.clear(); }
+  void clearShapes() {
+    FItems.clear();
+    FIdCount.clear();
+  }
   void copyLayersFrom(const TShapeList& AShapeList);
   // A negative layerId takes the largest id plus one (0 for none), is
   // visible and named from "lblLayerCaption" and its number.
@@ -93,4 +105,6 @@ class TShapeList {
 
  private:
   std::vector<std::unique_ptr<TPW_Path>> FItems;
+  std::unordered_map<int, int> FIdCount;  // identifier -> shapes holding it
+  void countId(int id, int delta);
 };

@@ -63,6 +63,11 @@ struct TRectF {
   }
 };
 
+// The largest coordinate, size or radius, in millimetres, that the program
+// takes from outside: a kilometre, far beyond any hide, and still well
+// inside what a 32-bit float holds to a tenth of a millimetre.
+inline constexpr double kMaxLengthMm = 1000000.0;
+
 // AARRGGBB.
 using TAlphaColor = uint32_t;
 constexpr TAlphaColor claWhite = 0xFFFFFFFF;

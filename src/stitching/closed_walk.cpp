@@ -107,7 +107,7 @@ float TClosedWalk::walkClosedPath(int& count, float pitch, TRowHoles* holes) {
     walked += pitch;
     prev = cur;
     cur = next;
-  } while (!closedBack(cur) && walked <= giveUp);
+  } while (!closedBack(cur) && walked <= giveUp && count < kMaxRowHoles);
   if (holes && firstMade && holes->lastStitch() && holes->lastStitch() != firstMade) {
     // One link closes the ring; the first hole's back link stays as it is.
     holes->lastStitch()->FNextStitchID = firstMade->FID;

@@ -4,6 +4,7 @@
 
 #include "document/point_helpers.h"
 #include "geometry/geom_helpers.h"
+#include "stitching/stitch_rules.h"
 
 TDividerWalk::TDividerWalk(const std::vector<TPW_Path*>& route, const TWalkEnds& ends,
                            const THoleIndex* holes)
@@ -104,6 +105,8 @@ float TDividerWalk::tryPitch(float pitch, bool useSecond, TTrial& out) {
       FEndless = true;
       return 0.0f;
     }
+    // A row this long was refused before; a walk that gets here anyway stops.
+    if (index >= kMaxRowHoles) return 0.0f;
     ++index;
     gap = distanceBetween(FEnds.FEnd, cur);
     if (pitch > gap || !found) break;

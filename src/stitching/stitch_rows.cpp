@@ -13,6 +13,20 @@
 #include "stitching/row_holes.h"
 #include "stitching/stitch_rules.h"
 
+TRowSize checkRowSize(double length, const TStitchSettings& settings) {
+  const double pitch = settings.FPitch;
+  if (!(pitch > 0.0) || pitch > kMaxLengthMm) return TRowSize::BadPitch;
+  const double holes = settings.isCount() ? std::round(double(settings.FNumOfHoles)) : length / pitch + 1.0;
+  return holes > kMaxRowHoles ? TRowSize::TooManyHoles : TRowSize::Fine;
+}
+
+double routeLength(const std::vector<TPW_Path*>& shapes) {
+  double length = 0.0;
+  for (const TPW_Path* s : shapes)
+    if (s) length += s->calcTotalLength();
+  return length;
+}
+
 double TRowOutcome::chainPitch(bool closed, float pitch) const {
   if (FCount <= 1) return pitch;
   return FChainLength / (closed ? FCount : FCount - 1);

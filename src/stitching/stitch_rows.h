@@ -12,6 +12,15 @@
 
 class TRowHoles;
 
+// Whether a row over a route of `length` millimetres may be laid with the
+// settings, judged before any walk: the pitch must be a positive number no
+// larger than kMaxLengthMm, and the row may not need more than kMaxRowHoles
+// holes (the count asked for, or the length over the pitch).
+enum class TRowSize { Fine, BadPitch, TooManyHoles };
+TRowSize checkRowSize(double length, const TStitchSettings& settings);
+// The length of the shapes of a route or an outline.
+double routeLength(const std::vector<TPW_Path*>& shapes);
+
 // Who asked for the row. The stitch tool and the local API differ in
 // small, settled ways: which trials the search keeps, whether the corner
 // methods need auto pitch, how count mode finds its pitch, and whether the

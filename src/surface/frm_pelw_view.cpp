@@ -6,6 +6,7 @@
 
 #include "app/app_paths.h"
 #include "app/frm_pelw.h"
+#include "surface/offscreen_render.h"
 #include "surface/view_math.h"
 
 TPointF TfrmPelw::RealToScreen(const TPointF& real) const { return realToScreen(real, FScale, FOffset); }
@@ -134,21 +135,8 @@ void TfrmPelw::FormGesturePan(const TGestureEvent& g) {
 }
 
 void TfrmPelw::actResetView() {
-  bool empty = !PathList || PathList->empty();
   TRectF bounds;
-  if (!empty) {
-    bool first = true;
-    for (const auto& shape : *PathList) {
-      const TRectF b = shape->getBoundary(false).normalized();
-      if (first) {
-        bounds = b;
-        first = false;
-      } else {
-        bounds = TRectF(std::min(bounds.Left, b.Left), std::min(bounds.Top, b.Top),
-                        std::max(bounds.Right, b.Right), std::max(bounds.Bottom, b.Bottom));
-      }
-    }
-  }
+  const bool empty = !PathList || !drawingBounds(*PathList, bounds);
   const TViewPlacement v = fitView(bounds, empty, FPboxWidth, FPboxHeight);
   FScale = v.scale;
   FOffset = v.offset;

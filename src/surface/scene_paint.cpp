@@ -124,7 +124,7 @@ void TScenePainter::paintShapes() {
     if (isHoleShape(*s)) order.push_back(s.get());
   const TRectF visible = F.VisibleRealRect().normalized();
   for (TPW_Path* shape : order) {
-    if (shape->FID < 0) shape->updateId(list.getNextID());
+    if (shape->FID < 0) list.renumber(*shape, list.getNextID());
     if (!shapeIsShown(*shape, visible)) continue;
     try {
       paintShape(*shape);

@@ -54,6 +54,23 @@ TViewPlacement fitView(const TRectF& bounds, bool empty, double w, double h) {
   return v;
 }
 
+TViewPlacement fitInside(const TRectF& bounds, double w, double h) {
+  const TRectF b = bounds.normalized();
+  const double width = std::max(b.width() + 10, 10.0), height = std::max(b.height() + 10, 10.0);
+  const double s = std::min(w / width, h / height);
+  const double cx = (double(b.Left) + b.Right) / 2, cy = (double(b.Top) + b.Bottom) / 2;
+  return {TPointF::fromDouble(s, s), TPointF::fromDouble(w / 2 - cx * s, h / 2 - cy * s)};
+}
+
+TViewPlacement sameViewResized(const TPointF& scale, const TPointF& offset, double w0, double h0,
+                               double w, double h) {
+  if (w0 <= 0 || h0 <= 0 || scale.x == 0 || scale.y == 0) return {scale, offset};
+  const double k = std::min(w / w0, h / h0);
+  const double cx = (w0 / 2 - offset.x) / scale.x, cy = (h0 / 2 - offset.y) / scale.y;
+  const double sx = scale.x * k, sy = scale.y * k;
+  return {TPointF::fromDouble(sx, sy), TPointF::fromDouble(w / 2 - cx * sx, h / 2 - cy * sy)};
+}
+
 const std::vector<double>& gridTickTable(TUnitMode unit) {
   static const std::vector<double> mm{0.1, 0.2, 0.5, 1, 2, 5, 10, 20, 50};
   static const std::vector<double> in = [] {

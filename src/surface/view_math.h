@@ -35,6 +35,13 @@ TViewPlacement zoomAround(const TPointF& scale, const TPointF& offset, const TPo
 // Fits `bounds` with 5 mm margins into w by h pixels. With `empty` the view
 // returns to 10 pixels per millimetre with the origin at the top left.
 TViewPlacement fitView(const TRectF& bounds, bool empty, double w, double h);
+// Fits `bounds` with 5 mm margins wholly inside w by h pixels, centred, at
+// the exact scale (fitView rounds its scale up, which may cut off an edge).
+TViewPlacement fitInside(const TRectF& bounds, double w, double h);
+// The same middle of the picture seen on a w0 by h0 canvas, shown whole on
+// a w by h one.
+TViewPlacement sameViewResized(const TPointF& scale, const TPointF& offset, double w0, double h0,
+                               double w, double h);
 
 // Grid spacings in millimetres, finest first: 0.1 mm ... 50 mm, or in
 // inches 1/128 in ... 2 in.

@@ -3,6 +3,8 @@
 #include <httplib.h>
 
 #include <atomic>
+#include <future>
+#include <latch>
 #include <stdexcept>
 
 #include "api/mcp_router.h"
@@ -94,6 +96,57 @@ TEST(McpServer, ASecondServerCannotTakeTheSamePort) {
   auto res = first.client().Get("/");
   ASSERT_TRUE(res);
   EXPECT_EQ(res->status, 200);
+}
+
+TEST(McpServer, WebPagesAreRefusedScriptsAreNot) {
+  std::atomic<int> calls{0};
+  TRunningServer s(echoHandler(&calls));
+  s.server->Stop();
+  s.server->setAllowedOrigins({" http://192.168.1.5:8080/", ""});
+  s.server->Start();
+  auto cli = s.client();
+  const std::pair<const char*, const char*> refused[] = {
+      {"Host", "evil.example"}, {"Host", "127.0.0.1.evil.example"}, {"Host", "localhost:80x"},
+      {"Origin", "http://evil.example"}, {"Origin", "null"}, {"Origin", "https://localhost"},
+      {"Origin", "http://localhost.evil.example"}, {"Origin", "http://192.168.1.5"}};
+  for (const auto& [name, value] : refused) {
+    const httplib::Headers headers{{name, value}};
+    for (int preflight = 0; preflight < 2; ++preflight) {
+      auto res = preflight ? cli.Options("/doc", headers) : cli.Post("/shapes/line", headers, "{}", "text/plain");
+      ASSERT_TRUE(res);
+      EXPECT_EQ(res->status, 403) << name << ": " << value;
+      EXPECT_EQ(res->body.rfind("{\"error\":\"forbidden: the ", 0), 0u) << res->body;
+      EXPECT_EQ(res->get_header_value("Access-Control-Allow-Origin"), "*");
+    }
+  }
+  EXPECT_EQ(calls, 0);
+  const std::pair<const char*, const char*> passed[] = {
+      {"Host", "localhost:7777"}, {"Host", "[::1]"}, {"Host", "LOCALHOST"},
+      {"Origin", "http://127.0.0.1:5173"}, {"Origin", "http://localhost"}, {"Origin", "http://192.168.1.5:8080"}};
+  for (const auto& [name, value] : passed) {
+    auto res = cli.Post("/shapes/line", httplib::Headers{{name, value}}, "{}", "application/json");
+    ASSERT_TRUE(res);
+    EXPECT_EQ(res->status, 200) << name << ": " << value;
+  }
+  EXPECT_EQ(calls, 6);
+}
+
+TEST(McpServer, MoreClientsThanConnectionThreadsAreAllServed) {
+  std::atomic<int> calls{0};
+  TRunningServer s(echoHandler(&calls));
+  std::vector<std::future<bool>> clients;
+  std::latch served(100);
+  for (int k = 0; k < 100; ++k)
+    clients.push_back(std::async(std::launch::async, [&s, &served] {
+      auto cli = s.client();
+      cli.set_read_timeout(10, 0);
+      cli.set_keep_alive(true);  // the first ones hold their threads until their connections idle out
+      auto res = cli.Get("/");
+      served.arrive_and_wait();
+      return res && res->status == 200;
+    }));
+  for (auto& c : clients) EXPECT_TRUE(c.get());
+  EXPECT_EQ(calls, 100);
 }
 
 TEST(McpServer, StopClosesThePortAndStartOpensItAgain) {

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <sstream>
 #include <string>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -204,11 +205,11 @@ size_t count(const std::string& text, const std::string& what) {
 
 // ---- the built-in table ----
 
-TEST(BuiltinPhrases, KeysComeInTheirOrderAndNumber633) {
+TEST(BuiltinPhrases, TheFirst633KeysComeInTheirOrder) {
   const auto rows = tableRows();
   std::vector<std::string> keys;
   for (const auto& r : rows) keys.push_back(r.at(1));
-  ASSERT_EQ(keys.size(), 633u);
+  ASSERT_GE(keys.size(), 633u);
   auto sorted = keys;
   std::sort(sorted.begin(), sorted.end());
   EXPECT_EQ(std::adjacent_find(sorted.begin(), sorted.end()), sorted.end()) << "a key appears twice";
@@ -221,16 +222,29 @@ TEST(BuiltinPhrases, KeysComeInTheirOrderAndNumber633) {
   for (size_t i = 0; i < std::size(kFolderIds); ++i) EXPECT_EQ(keys[627 + i], kFolderIds[i]);
 }
 
-TEST(BuiltinPhrases, EveryRowHasFourteenLanguagesAndEnglishAndJapaneseAreComplete) {
+// Every phrase that is there keeps the English phrase's markers, in order:
+// a translation that drops or swaps a "%d" would print garbage or crash a
+// formatter.
+TEST(BuiltinPhrases, EveryRowHasFourteenLanguagesAndEveryPhraseTheEnglishMarkers) {
   for (const auto& r : tableRows()) {
     ASSERT_EQ(r.size(), 16u) << r.at(1);
     EXPECT_EQ(r[0], "") << r[1];
     EXPECT_FALSE(r[2].empty()) << "no Japanese for " << r[1];
     EXPECT_FALSE(r[3].empty()) << "no English for " << r[1];
-    // A phrase that is a format keeps its markers in both languages.
-    for (const char* marker : {"%d", "%s", "%g"})
-      EXPECT_EQ(count(r[2], marker), count(r[3], marker)) << r[1];
+    for (size_t c = 2; c < r.size(); ++c)
+      if (!r[c].empty() && c != 3 && r[1] != "two-letter-codes")
+        EXPECT_EQ(phrasePlaceholders(r[c]), phrasePlaceholders(r[3])) << r[1] << " in column " << c;
   }
+  EXPECT_EQ(phrasePlaceholders("Skipped %d region(s) at 100 % and %.2f%% or %s"),
+            (std::vector<std::string>{"%d", "%.2f", "%s"}));
+  EXPECT_EQ(fillPhrase("Line %d has %d columns (100%%)", {"7", "3"}), "Line 7 has 3 columns (100%)");
+}
+
+// Switched on once the table is translated: no phrase of any language
+// falls back to English.
+TEST(BuiltinPhrases, DISABLED_EveryLanguageHasEveryPhrase) {
+  for (const auto& r : tableRows())
+    for (size_t c = 2; c < r.size(); ++c) EXPECT_FALSE(r[c].empty()) << r[1] << " in column " << c;
 }
 
 TEST(BuiltinPhrases, EmbeddedTextIsTheResourceFile) {
@@ -249,20 +263,19 @@ TEST(BuiltinPhrases, LoadsAllLanguagesWithTheirCodesAndNames) {
     EXPECT_FALSE(lang.getTranslation(code, "LanguageName").empty()) << code;
   }
   const std::pair<const char*, const char*> names[] = {
-      {"ja", "日本語"},   {"en", "English"},  {"am", "Armenian"}, {"de", "Deutsch"},
-      {"es", "Español"}, {"fr", "Français"}, {"it", "Italiano"}, {"no", "Norwegian"}};
+      {"ja", "日本語"},   {"en", "English"},  {"am", "Հայերեն"},  {"de", "Deutsch"},
+      {"es", "Español"}, {"fr", "Français"}, {"it", "Italiano"}, {"no", "Norsk"},
+      {"ru", "Русский"}, {"zh-cn", "简体中文"}};
   for (const auto& [code, name] : names) EXPECT_EQ(lang.getTranslation(code, "LanguageName"), name);
-  EXPECT_EQ(lang.FLangDict.at("en").FDict.size(), 633u);
-  EXPECT_EQ(lang.FLangDict.at("ja").FDict.size(), 633u);
+  EXPECT_EQ(lang.FLangDict.at("en").FDict.size(), tableRows().size());
+  EXPECT_EQ(lang.FLangDict.at("ja").FDict.size(), tableRows().size());
 }
 
-TEST(BuiltinPhrases, FixedMessagesReadExactlyAndReachEveryLanguage) {
+TEST(BuiltinPhrases, FixedMessagesReadExactly) {
   TMultiLang lang;
   ASSERT_TRUE(lang.loadBuiltinPhrases());
   for (const auto& [key, english] : kFixedMessages) {
     EXPECT_EQ(lang.getTranslation("en", key), english) << key;
-    // Languages whose column is still empty show the English words.
-    EXPECT_EQ(lang.getTranslation("de", key), english) << key;
     const std::string japanese = lang.getTranslation("ja", key);
     EXPECT_FALSE(japanese.empty()) << key;
     EXPECT_NE(japanese, english) << key;
@@ -336,33 +349,50 @@ TEST(PhraseImport, MissingFileChangesNothing) {
   EXPECT_EQ(lang.getTranslation("en", "k"), "kept");
 }
 
-TEST(PhraseImport, CellsOutsideNamedColumnsAndRowsBeforeTheCodesAreIgnored) {
+TEST(PhraseImport, RowsBeforeTheCodesAndUnnamedColumnsAreIgnored) {
   TMultiLang lang;
   ASSERT_TRUE(lang.importTSVText(
       "\tearly\tbefore\tcodes\n"
       "\ttwo-letter-codes\ten\t\tfr\n"
-      "\tk\tone\tnameless\tun\textra\n"));
+      "\n"
+      "\tk\tone\tnameless\tun\t\n"));
   EXPECT_EQ(lang.getTranslation("en", "early"), "");
   EXPECT_EQ(lang.getTranslation("en", "k"), "one");
   EXPECT_EQ(lang.getTranslation("fr", "k"), "un");
   EXPECT_EQ(lang.FLangDict.size(), 2u);
 }
 
-TEST(PhraseImport, AShortLineStopsTheImportKeepingWhatCameBefore) {
+// A file that is not a translation table, or is one with a broken row, is
+// refused whole: the tables stay as they were.
+TEST(PhraseImport, BadFilesAreRefusedWholeAndChangeNothing) {
+  using R = TMultiLang::TImportRefusal;
   const std::string head = "\ttwo-letter-codes\ten\tja\n\tfirst\tOne\t一\n";
   const std::string tail = "\tlast\tThree\t三\n";
-  for (const std::string bad : {"\tshort\tTwo\n", "no tabs at all\n", "\n"}) {
-    TMultiLang lang;
-    EXPECT_FALSE(lang.importTSVText(head + bad + tail)) << bad;
-    EXPECT_EQ(lang.getTranslation("ja", "first"), "一") << bad;
-    EXPECT_EQ(lang.getTranslation("ja", "last"), "") << bad;
-  }
-  // A failed file import has still replaced the old tables.
+  const std::tuple<std::string, R, int> cases[] = {
+      {head + "\tshort\tTwo\n" + tail, R::WrongColumnCount, 3},
+      {head + "no tabs at all\n" + tail, R::WrongColumnCount, 3},
+      {head + "\tshifted\tTwo\t二\textra\n" + tail, R::WrongColumnCount, 3},
+      {"\tk\tOne\t一\n", R::NoLanguageRow, 0},
+      {"key,en,ja\nfirst,One,Uno\n", R::NotTabSeparated, 0},
+      {head + std::string("\tbin\t\0\t\0\n", 8), R::NotTabSeparated, 0},
+      {head + "\tlatin1\tCaf\xE9\tx\n", R::NotUtf8, 0},
+      {head + std::string(TMultiLang::kMaxImportBytes, '\t'), R::TooLarge, 0},
+  };
   TTempDir dir;
-  writeTextFile(dir.file("bad.tsv"), head + "\tshort\n" + tail);
+  for (const auto& [text, refusal, line] : cases) {
+    TMultiLang lang;
+    ASSERT_TRUE(lang.loadBuiltinPhrases());
+    const auto r = lang.importTSVText(text);
+    EXPECT_EQ(r.FRefusal, refusal) << text.substr(0, 60);
+    EXPECT_EQ(r.FLine, line) << text.substr(0, 60);
+    EXPECT_EQ(lang.getTranslation("ja", "actSaveProject"), "プロジェクトを保存");
+    EXPECT_EQ(lang.getTranslation("ja", "first"), "");
+    EXPECT_EQ(lang.languageOrder().size(), 14u);
+  }
+  // A huge file is refused before it is read.
+  writeTextFile(dir.file("huge.tsv"), head + std::string(TMultiLang::kMaxImportBytes, 'x'));
   TMultiLang lang;
   lang.addTranslation("de", "old", "alt");
-  EXPECT_FALSE(lang.importTSV(dir.file("bad.tsv")));
-  EXPECT_FALSE(lang.isSupported("de"));
-  EXPECT_EQ(lang.getTranslation("en", "first"), "One");
+  EXPECT_EQ(lang.importTSV(dir.file("huge.tsv")).FRefusal, R::TooLarge);
+  EXPECT_EQ(lang.getTranslation("de", "old"), "alt");
 }

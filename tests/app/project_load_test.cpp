@@ -204,10 +204,9 @@ TEST_F(ProjectLoadBadInput, TextThatIsNoJsonObject) {
     EXPECT_FALSE(f->loadProject(file));
     ASSERT_EQ(program.dialogs.FMessages.size(), 1u);
     EXPECT_EQ(program.dialogs.FMessages[0], "Not a Pelwright file or the file is corrupted.\n" + file);
-    // An empty document that carries the file's name, as the message says.
-    EXPECT_TRUE(f->PathList->empty());
-    EXPECT_EQ(f->FFilename, file);
-    EXPECT_EQ(f->FUndoList.size(), 1u);
+    // The drawing and its name stay: a save never writes over the file.
+    expectDocumentKept();
+    EXPECT_TRUE(f->FFilename.empty());
   }
 }
 

@@ -154,7 +154,7 @@ TEST(StartupCommandLine, FileThatIsNoProject) {
   EXPECT_FALSE(f.PathList->FIsChanged);
 }
 
-TEST(StartupRecovery, LeftoverAutosaveIsLoadedRenamedFirstAndDeleted) {
+TEST(StartupRecovery, LeftoverAutosaveIsLoadedRenamedFirstAndKeptAsItsOwn) {
   TProgram p;
   p.seed("autosave_77.tmp", emptyProject());
   p.seed("delete_anytime_77.tmp", "an older crash");
@@ -163,8 +163,8 @@ TEST(StartupRecovery, LeftoverAutosaveIsLoadedRenamedFirstAndDeleted) {
   EXPECT_EQ(f.PathList->FMemo, "recovered");
   EXPECT_TRUE(f.FFilename.empty());
   EXPECT_TRUE(f.PathList->FIsChanged);
-  EXPECT_FALSE(fs::exists(p.appData() + "/autosave_77.tmp"));
-  EXPECT_FALSE(fs::exists(p.appData() + "/delete_anytime_77a.tmp"));  // loaded, then deleted
+  EXPECT_FALSE(fs::exists(p.appData() + "/delete_anytime_77a.tmp"));  // loaded, then kept until replaced:
+  EXPECT_EQ(readWholeFile(f.autosaveFileName()), emptyProject());
   EXPECT_EQ(readWholeFile(p.appData() + "/delete_anytime_77.tmp"), "an older crash");
 }
 
@@ -223,21 +223,6 @@ TEST(StartupIrons, UserFileGainsTheNewRowsOnce) {
   p.stop();
   TfrmPelw& g = p.start();
   EXPECT_EQ(g.FPrickingIronGroups.Count(), 7u);
-}
-
-TEST(Shutdown, SignalWritesUnsavedWorkForTheNextStart) {
-  TProgram p;
-  TfrmPelw& f = p.start();
-  f.addShapeToDocument(makeLine(TPointF(0, 0), TPointF(3, 4)), 0);
-  f.finishDocumentChange();
-  const std::string recovery = f.autosaveFileName();
-  f.FormDestroyAfterSignal();
-  EXPECT_TRUE(p.dialogs.FQuestions.empty());
-  ASSERT_TRUE(fs::exists(recovery));
-  p.stop();
-  TfrmPelw& g = p.start();
-  EXPECT_EQ(g.PathList->Count(), 1u);
-  EXPECT_TRUE(g.PathList->FIsChanged);
 }
 
 }  // namespace

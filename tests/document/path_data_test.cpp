@@ -143,6 +143,25 @@ TEST(PathDataFlatten, PieceCountFollowsTheChordLength) {
   EXPECT_EQ(fine.Count(), 1u + 599u + 1u);
 }
 
+TEST(PathDataFlatten, HugeCurvesStopWhereMorePiecesGainNothing) {
+  // A circle a kilometre across: 3.1 million chord lengths, but a few
+  // thousand pieces a quarter already stay within a hundredth of it. A
+  // curve of two metres keeps its count.
+  for (const double r : {500000.0, 1000.0}) {
+    TPathData d;
+    d.AddEllipse(TRectF(TPointF::fromDouble(-r, -r), TPointF::fromDouble(r, r)));
+    d.Flatten(0.3);
+    const double full = 2.0 * 3.14159265 * r / 0.3;
+    if (r < 10000.0) EXPECT_NEAR(double(d.Count()), full, full * 0.01);
+    else EXPECT_LE(d.Count(), 4u * 10000u + 1u);
+    for (size_t i = 1; i < d.Count(); ++i) {
+      const TPointF a = d[i - 1].Point, b = d[i].Point;
+      const double mid = std::hypot((double(a.x) + b.x) / 2.0, (double(a.y) + b.y) / 2.0);
+      ASSERT_LT(r - mid, 0.01) << i;
+    }
+  }
+}
+
 TEST(PathDataFlatten, ShortCurvesBecomeOneChordAndTiesRoundToEven) {
   TPathData d;
   d.MoveTo(TPointF(0, 0));

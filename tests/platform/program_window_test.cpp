@@ -5,9 +5,12 @@
 #include <QAction>
 #include <QApplication>
 #include <QDir>
+#include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
+#include <QStatusBar>
 
+#include "api/mcp_server.h"
 #include "app/frm_pelw.h"
 #include "platform/qt/main_window.h"
 #include "test_support.h"
@@ -115,6 +118,29 @@ TEST_F(ProgramWindow, ClosingAsksAboutUnsavedChanges) {
   QApplication::processEvents();
   EXPECT_FALSE(window->isVisible());
   EXPECT_EQ(dialogs.FQuestions.size(), 2u);
+}
+
+TEST(ProgramWindowApi, TheStatusBarSaysWhenThePortIsTaken) {
+  TPWMCPServer holder(0, nullptr);
+  holder.Start();
+  TTempDir dir;
+  writeTextFile(dir.file("pw_options.ini"), "[MCP]\nEnableServer=1\n[Demo]\nLoadAtStartup=0\n[General]\nLangID=en\n");
+  TScriptedDialogs dialogs;
+  TfrmPelw form;
+  form.FAppDataPath = dir.path();
+  form.FDialogs = &dialogs;
+  form.FApiPort = holder.boundPort();
+  form.FormCreate({});
+  TMainWindow window(form);
+  if (const QByteArray folder = qgetenv("PELWRIGHT_SCREENSHOT_DIR"); !folder.isEmpty()) {
+    window.show();
+    QApplication::processEvents();
+    window.grab().save(QDir(QString::fromUtf8(folder)).filePath("port_taken.png"));
+  }
+  QStringList texts;
+  for (const QLabel* label : window.statusBar()->findChildren<QLabel*>()) texts << label->text();
+  EXPECT_TRUE(texts.contains(QString("Local API not started, the port is in use: 127.0.0.1:%1").arg(holder.boundPort())))
+      << texts.join("|").toStdString();
 }
 
 }  // namespace

@@ -11,6 +11,7 @@
 #include <sstream>
 
 #include "api/mcp_routes.h"
+#include "api/mcp_server.h"
 #include "test_support.h"
 
 namespace {
@@ -141,4 +142,19 @@ TEST(Headless, HelpAndBadOptions) {
       runAndCapture(std::string(PELWRIGHT_BINARY) + " --headless --api-port 99999 2>&1", code);
   EXPECT_EQ(code, 2);
   EXPECT_NE(bad.find("--api-port"), std::string::npos);
+}
+
+TEST(Headless, ATakenPortIsSaidAndEndsIt) {
+  TTempDir home;
+  writeTextFile(home.file("pelwright/pw_options.ini"), "[MCP]\nEnableServer=1\n");
+  TPWMCPServer holder(freeLoopbackPort(), nullptr);
+  holder.Start();
+  const std::string port = std::to_string(holder.boundPort());
+  int code = -1;
+  const std::string err = runAndCapture("XDG_DATA_HOME=" + home.path() + " timeout -s KILL 30 " + PELWRIGHT_BINARY +
+                                            " --headless --api-port " + port + " 2>&1",
+                                        code);
+  EXPECT_EQ(code, 1);
+  EXPECT_NE(err.find("pelwright: Local API not started, the port is in use: 127.0.0.1:" + port), std::string::npos)
+      << err;
 }

@@ -23,6 +23,7 @@ TMainWindow::TMainWindow(TfrmPelw& form, QWidget* parent) : QMainWindow(parent),
   buildEditMenu();
   buildViewMenu();
   buildLanguageMenu();
+  buildToolsMenu();
   FLibraries = new TLibraryPanels(*this, *FCanvas, FForm);
   buildStatusLine();
   connectProgramHost();
@@ -126,6 +127,8 @@ void TMainWindow::buildStatusLine() {
   if (FForm.FMCPServer)
     statusBar()->addPermanentWidget(
         new QLabel(QString("Local API on 127.0.0.1:%1").arg(FForm.FMCPServer->boundPort()), this));
+  else if (!FForm.FMCPServerError.empty())
+    statusBar()->addPermanentWidget(new QLabel(QString::fromStdString(FForm.FMCPServerError), this));
 }
 
 void TMainWindow::showEvent(QShowEvent* e) {
@@ -224,11 +227,13 @@ void TMainWindow::retranslate() {
   if (FLanguageMenu) {
     for (QAction* a : FLanguageMenu->actions()) {
       const std::string code = a->data().toString().toStdString();
+      if (code.empty()) continue;
       const std::string name = lang.getTranslation(code, "LanguageName");
       a->setText(QString::fromStdString(name.empty() ? code : name));
       a->setChecked(code == FForm.FLangID);
     }
   }
+  retranslateTools();
 }
 
 void TMainWindow::connectProgramHost() {

@@ -10,6 +10,7 @@ class TRulerWidget;
 class QLabel;
 class QAction;
 class TLibraryPanels;
+class TfrmDyeSimulator;
 struct TPhraseKey;
 
 class TMainWindow : public QMainWindow {
@@ -39,6 +40,18 @@ class TMainWindow : public QMainWindow {
   // Every menu text from the phrase table, in the current language.
   void retranslate();
 
+  // ---- Tools: jigsaw, dye mixer, stitching order; the translation import
+  // (main_window_tools.cpp) ----
+  QMenu* FToolsMenu = nullptr;
+  QAction* FActJigsaw = nullptr;
+  QAction* FActDyeMixer = nullptr;
+  QAction* FActFixStitchingOrder = nullptr;
+  QAction* FActImportTranslation = nullptr;
+  // The dye mixer, made when first opened; a window of its own.
+  TfrmDyeSimulator* FDyeMixer = nullptr;
+  void openJigsawDialog();
+  void openDyeMixer();
+
  protected:
   void showEvent(QShowEvent* e) override;
   void closeEvent(QCloseEvent* e) override;
@@ -58,6 +71,8 @@ class TMainWindow : public QMainWindow {
   void buildFileMenu();
   void buildEditMenu();
   void buildLanguageMenu();
+  void buildToolsMenu();
+  void retranslateTools();
   void connectProgramHost();
   QMenu* FFileMenu = nullptr;
   QMenu* FEditMenu = nullptr;

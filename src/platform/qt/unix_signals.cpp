@@ -32,4 +32,6 @@ void watchTerminationSignals(std::function<void(int)> onSignal) {
   sa.sa_flags = SA_RESTART;
   sigaction(SIGINT, &sa, nullptr);
   sigaction(SIGTERM, &sa, nullptr);
+  // The terminal or session went away: the same as being asked to end.
+  sigaction(SIGHUP, &sa, nullptr);
 }

@@ -1,4 +1,4 @@
-// SIGINT and SIGTERM turned into a call on the main thread, through a pipe
+// SIGINT, SIGTERM and SIGHUP turned into a call on the main thread, through a pipe
 // that Qt's event loop watches.
 #pragma once
 

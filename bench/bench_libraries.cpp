@@ -13,6 +13,8 @@
 #include <random>
 
 #include "app/frm_pelw.h"
+#include "bench_form.h"
+#include "bench_qt_app.h"
 #include "app/safe_file.h"
 #include "libraries/picture_codec.h"
 #include "libraries/template_outline.h"
@@ -22,16 +24,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-QGuiApplication& app() {
-  static int argc = 1;
-  static char name[] = "pelwright_bench";
-  static char* argv[] = {name, nullptr};
-  static std::unique_ptr<QGuiApplication> a = [] {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    return std::make_unique<QGuiApplication>(argc, argv);
-  }();
-  return *a;
-}
+QGuiApplication& app() { return benchQtApp(); }
 
 // Folders made for the run, removed when it ends.
 struct TBenchFolders {
@@ -154,12 +147,8 @@ BENCHMARK(BM_StartUp2000Templates500Leathers)->Unit(benchmark::kMillisecond)->Re
 // before each paint.
 void BM_BackdropRepaintFitZoom(benchmark::State& state) {
   app();
-  static const std::string folder = tempFolder("backdrop");
-  TfrmPelw form;
-  form.FAppDataPath = folder;
-  form.FHeadless = true;
-  form.FApiPort = 0;
-  form.FormCreate({});
+  TBenchForm bench;
+  TfrmPelw& form = *bench.form;
   const int mode = int(state.range(0));
   if (mode > 0) {
     std::vector<uint32_t> px(size_t(6000) * 4000);
@@ -183,7 +172,6 @@ void BM_BackdropRepaintFitZoom(benchmark::State& state) {
     if (mode == 2) form.FOffset = TPointF(20 + (nudge = 1 - nudge), 20);
     paint();
   }
-  form.FormDestroy();
 }
 BENCHMARK(BM_BackdropRepaintFitZoom)
     ->DenseRange(0, 2)

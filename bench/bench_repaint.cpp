@@ -11,6 +11,7 @@
 #include <memory>
 
 #include "app/frm_pelw.h"
+#include "bench_qt_app.h"
 #include "api/render_endpoint.h"
 #include "platform/qt/qt_canvas.h"
 #include "platform/qt/qt_png_image.h"
@@ -18,16 +19,7 @@
 
 namespace {
 
-QGuiApplication& app() {
-  static int argc = 1;
-  static char name[] = "pelwright_bench";
-  static char* argv[] = {name, nullptr};
-  static std::unique_ptr<QGuiApplication> a = [] {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    return std::make_unique<QGuiApplication>(argc, argv);
-  }();
-  return *a;
-}
+QGuiApplication& app() { return benchQtApp(); }
 
 // A 3 mm diamond iron, as in the system table.
 TPrickingIron& benchIron() {

@@ -2,7 +2,6 @@
 
 #include <zip.h>
 
-#include <array>
 #include <memory>
 
 namespace {
@@ -149,62 +148,4 @@ std::string writeZipArchive(const std::vector<TZipEntry>& entries) {
   }
   zip_source_free(out);
   return bytes;
-}
-
-namespace {
-constexpr char kAlphabet[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-}
-
-std::string base64Encode(std::string_view bytes) {
-  std::string out;
-  out.reserve((bytes.size() + 2) / 3 * 4);
-  size_t i = 0;
-  const auto* p = reinterpret_cast<const unsigned char*>(bytes.data());
-  for (; i + 2 < bytes.size(); i += 3) {
-    const uint32_t v = (uint32_t(p[i]) << 16) | (uint32_t(p[i + 1]) << 8) | p[i + 2];
-    out += kAlphabet[v >> 18];
-    out += kAlphabet[(v >> 12) & 63];
-    out += kAlphabet[(v >> 6) & 63];
-    out += kAlphabet[v & 63];
-  }
-  if (i < bytes.size()) {
-    const bool two = i + 1 < bytes.size();
-    const uint32_t v = (uint32_t(p[i]) << 16) | (two ? uint32_t(p[i + 1]) << 8 : 0);
-    out += kAlphabet[v >> 18];
-    out += kAlphabet[(v >> 12) & 63];
-    out += two ? kAlphabet[(v >> 6) & 63] : '=';
-    out += '=';
-  }
-  return out;
-}
-
-std::string base64Decode(std::string_view text) {
-  static const std::array<int8_t, 256> table = [] {
-    std::array<int8_t, 256> t{};
-    t.fill(-1);
-    for (int i = 0; i < 64; ++i) t[static_cast<unsigned char>(kAlphabet[i])] = static_cast<int8_t>(i);
-    return t;
-  }();
-  std::string out;
-  out.reserve(text.size() / 4 * 3);
-  uint32_t acc = 0;
-  int bits = 0;
-  bool ended = false;
-  for (const char ch : text) {
-    const auto c = static_cast<unsigned char>(ch);
-    if (c == '\r' || c == '\n' || c == ' ' || c == '\t') continue;
-    if (c == '=') {
-      ended = true;
-      continue;
-    }
-    const int v = table[c];
-    if (v < 0 || ended) throw TZipError("the picture text is not base64");
-    acc = (acc << 6) | static_cast<uint32_t>(v);
-    bits += 6;
-    if (bits >= 8) {
-      bits -= 8;
-      out += static_cast<char>((acc >> bits) & 0xFF);
-    }
-  }
-  return out;
 }

@@ -1,5 +1,6 @@
-// ZIP archives in memory, and the base64 text they travel in inside JSON
-// files: the picture of a backdrop or a leather, the built-in templates.
+// ZIP archives in memory; they travel as base64 text (document/base64.h)
+// inside JSON files: the picture of a backdrop or a leather, the built-in
+// templates.
 // Archives come from files a user may have edited or received, so reading
 // is bounded: entry count, sizes, and names that would leave their folder.
 #pragma once
@@ -10,6 +11,8 @@
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "document/base64.h"
 
 class TZipError : public std::runtime_error {
  public:
@@ -43,8 +46,3 @@ std::string writeZipArchive(const std::vector<TZipEntry>& entries);
 // True for a relative name that stays inside its folder: no "..", no
 // leading "/" or drive, no backslash, no empty part.
 bool zipEntryNameIsSafe(const std::string& name);
-
-std::string base64Encode(std::string_view bytes);
-// Skips white space (line breaks of other writers); throws TZipError on
-// any other character that is not base64.
-std::string base64Decode(std::string_view text);

@@ -4,6 +4,7 @@
 #include "api/query_endpoints.h"
 #include "api/render_endpoint.h"
 #include "api/ruler_endpoint.h"
+#include "api/seam_endpoints.h"
 #include "api/shape_edit_endpoints.h"
 #include "api/stitch_endpoints.h"
 #include "app/frm_pelw.h"
@@ -17,10 +18,6 @@ const char* const kMcpInfoDocument =
     "\"POST /doc/new\",\"POST /viewport/fit\",\"DELETE /shapes/{id}\","
     "\"DELETE /shapes (body:{ids:[...]} for bulk, no body = clear all)\"]}";
 
-// Rows whose endpoints are not built yet are left out, so that they answer
-// as unknown endpoints instead of pretending: chamfer, the two offsets, the
-// two chain smoothings and trim, between POST /stitch/along_path and
-// POST /stitch/loop.
 std::vector<TMcpRoute> buildMcpRoutes(TfrmPelw& form) {
   using M = TMcpRoute::TMatch;
   using S = const std::string&;
@@ -39,6 +36,12 @@ std::vector<TMcpRoute> buildMcpRoutes(TfrmPelw& form) {
   t.push_back({"PUT", "/shapes/", M::Prefix, [f](S path, S body) { return apiUpdateShape(*f, path, body); }});
   t.push_back({"POST", "/shapes/stitch_hole", M::Exact, [f](S, S body) { return apiStitchHole(*f, body); }});
   t.push_back({"POST", "/stitch/along_path", M::Exact, [f](S, S body) { return apiStitchAlongPath(*f, body); }});
+  t.push_back({"POST", "/shapes/chamfer", M::Exact, [f](S, S body) { return apiChamfer(*f, body); }});
+  t.push_back({"POST", "/shapes/offset/smart", M::Exact, [f](S, S body) { return apiSmartOffset(*f, body); }});
+  t.push_back({"POST", "/shapes/smooth_chain", M::Exact, [f](S, S body) { return apiSmoothChain(*f, body, false); }});
+  t.push_back({"POST", "/shapes/smooth_chain_g2", M::Exact, [f](S, S body) { return apiSmoothChain(*f, body, true); }});
+  t.push_back({"POST", "/shapes/trim", M::Exact, [f](S, S body) { return apiTrim(*f, body); }});
+  t.push_back({"POST", "/shapes/offset", M::Exact, [f](S, S body) { return apiOffset(*f, body); }});
   t.push_back({"POST", "/stitch/loop", M::Exact, [f](S, S body) { return apiStitchLoop(*f, body); }});
   t.push_back({"POST", "/doc/new", M::Exact, [f](S, S) { return apiNewDocument(*f); }});
   t.push_back({"POST", "/viewport/fit", M::Exact, [f](S, S) { return apiFitViewport(*f); }});

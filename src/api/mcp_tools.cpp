@@ -241,9 +241,9 @@ std::vector<TMcpTool> buildTools() {
       "(the tangent runs on). Reply {\"ok\":true,\"updatedCount\",\"closedLoop\",\"chainLength\"}.",
       smoothSchema())
       .oneOfRequired = {"shapeIds", "shapeId"};
-  add("smooth_chain_g2", "Smooth a chain (curvature)", "POST", "/shapes/smooth_chain_g2",
-      "As smooth_chain, and the curvature runs on across each joint as well (G2), for the "
-      "smoothest edge. Reply {\"ok\":true,\"updatedCount\",\"closedLoop\",\"chainLength\"}.",
+  add("smooth_chain_g2", "Smooth a chain (even legs)", "POST", "/shapes/smooth_chain_g2",
+      "As smooth_chain, and at each joint of two Bezier curves the two control legs are also "
+      "made equal in length, which evens out the bend across the joint. Reply {\"ok\":true,\"updatedCount\",\"closedLoop\",\"chainLength\"}.",
       smoothSchema())
       .oneOfRequired = {"shapeIds", "shapeId"};
   add("trim_at_point", "Trim at a point", "POST", "/shapes/trim",

@@ -15,6 +15,7 @@
 #include "app/multi_lang.h"
 #include "app/options.h"
 #include "app/project_reader.h"
+#include "app/seam_edits.h"
 #include "document/intersections.h"
 #include "document/project_json.h"
 #include "document/shape_list.h"
@@ -543,6 +544,21 @@ class TfrmPelw : public TViewState {
   // What the painter keeps of the backdrops on the screen.
   std::shared_ptr<void> FBackdropLayerCache;
   // ==== end libraries ====
+  // ==== seam lines and cuts (src/app/seam_edits*.cpp) ====
+  // Offsets, trims, notches, round corners, centre lines and smoothing, for
+  // the tools and the local API alike.
+  TSeamEdits FSeamEdits{*this};
+  // Both selected lines brought exactly to their crossing ("z"); one undo
+  // step when they changed.
+  void actExtendOrTrimLines();
+  // Smoothing of the selected curves' chain through the local API's
+  // handler; its reply text (for lblID), empty without a selected curve.
+  std::string actBezier_G1Smoothing();
+  std::string actBezier_G2Smoothing();
+  // The frame round the pattern, at a margin the user types.
+  void btnDrawOuterOffsetEdgeClick();
+  // ==== end seam lines and cuts ====
+
   // ==== generators, stitching order, translation import ====
   // (src/app/frm_pelw_generators.cpp)
   // The jigsaw dialog's values, kept for its next opening.
@@ -561,6 +577,7 @@ class TfrmPelw : public TViewState {
   // ==== end generators ====
 
  private:
+  friend class TSeamEdits;  // the hit test, messages and phrases
   // ---- stitch rows ----
   std::unique_ptr<TPrickingIron> FOwnStitchIron;
   int FLastStitchID = -1;

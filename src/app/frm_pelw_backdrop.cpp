@@ -126,7 +126,7 @@ bool TfrmPelw::addBackdropsFromPdf(const std::string& filename) {
   for (int tries = 0; !doc && (state == TPdfOpenState::NeedsPassword || state == TPdfOpenState::WrongPassword) && tries < 3;
        ++tries) {
     if (state == TPdfOpenState::WrongPassword) showFault(phrase("WrongPassword"));
-    const auto password = dialogs().askText(phrase("Enter Password"), phrase("Password:"), "", true);
+    const auto password = dialogs().inputPassword(phrase("Enter Password"), phrase("Password:"));
     if (!password) return false;
     doc = reader->open(filename, *password, state, error);
   }
@@ -345,7 +345,7 @@ bool TfrmPelw::backdropMouseUp(const TPointF& pixel) {
     FCalibrating = false;
     const TPointF p1 = FCalibrationPoints[0], p2 = FCalibrationPoints[1];
     FCalibrationPoints.clear();
-    const auto text = dialogs().askText(phrase("BackdropCalibrate"), phrase("BackdropCalibrateBody"), "");
+    const auto text = dialogs().inputText(phrase("BackdropCalibrate"), phrase("BackdropCalibrateBody"), "");
     if (text) {
       // Read as a length box reads what is typed: the unit, expressions.
       TPlainNumberBox box;

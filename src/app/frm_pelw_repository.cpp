@@ -37,7 +37,7 @@ TPW_Path* TfrmPelw::miToParts(bool skipDots, bool skipHoles) {
     shapes.push_back(s.get());
   }
   if (shapes.empty()) return nullptr;
-  const auto name = dialogs().askText(phrase("regSelPartsToRepo"), phrase("regSelPartsToRepoBody"), "");
+  const auto name = dialogs().inputText(phrase("regSelPartsToRepo"), phrase("regSelPartsToRepoBody"), "");
   if (!name || name->empty()) return nullptr;
   auto templ = mergeIntoTemplate(shapes, *name);
   if (!templ) return nullptr;
@@ -89,7 +89,7 @@ bool TfrmPelw::deleteRepositoryItems(const std::vector<TPW_Path*>& templates,
 
 bool TfrmPelw::renameRepositoryTemplate(TPW_Path* templ) {
   if (!FRepository || !templ) return false;
-  const auto name = dialogs().askText(phrase("renametemplate"), phrase("renametemplatebody"), templ->FName);
+  const auto name = dialogs().inputText(phrase("renametemplate"), phrase("renametemplatebody"), templ->FName);
   if (!name || name->empty()) return false;
   try {
     FRepository->renameTemplate(templ, *name);
@@ -102,7 +102,7 @@ bool TfrmPelw::renameRepositoryTemplate(TPW_Path* templ) {
 
 bool TfrmPelw::renameRepositoryFolder(TRepositoryTreeItem* folder) {
   if (!FRepository || !folder || folder == FRepository->FRootRepositoryTreeItem.get()) return false;
-  const auto name = dialogs().askText(phrase("renametemplate"), phrase("renametemplatebody"), folder->FName);
+  const auto name = dialogs().inputText(phrase("renametemplate"), phrase("renametemplatebody"), folder->FName);
   if (!name || name->empty()) return false;
   FRepository->renameFolder(folder, *name);
   repositoryChanged(FLibraryHost);

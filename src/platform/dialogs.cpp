@@ -67,13 +67,8 @@ std::vector<int> IDialogs::choosePdfPages(IPdfDocument& document, int maxPages) 
   return {};
 }
 
-std::optional<std::string> TScriptedDialogs::askText(const std::string& title, const std::string& prompt,
-                                                     const std::string&, bool) {
-  FQuestions.push_back(title + "|" + prompt);
-  if (FTexts.empty()) return std::nullopt;
-  std::optional<std::string> t = FTexts.front();
-  FTexts.pop_front();
-  return t;
+std::optional<std::string> TScriptedDialogs::inputPassword(const std::string& caption, const std::string& prompt) {
+  return inputText(caption, prompt, "");
 }
 
 std::string TScriptedDialogs::chooseFolder(const std::string& title, const std::string&) {
@@ -89,4 +84,13 @@ std::vector<int> TScriptedDialogs::choosePdfPages(IPdfDocument& document, int ma
   std::vector<int> pages = FPdfPages.front();
   FPdfPages.pop_front();
   return pages;
+}
+
+std::optional<std::string> TScriptedDialogs::inputText(const std::string& caption, const std::string& prompt,
+                                                       const std::string&) {
+  FQuestions.push_back(caption + ": " + prompt);
+  if (FInputs.empty()) return std::nullopt;
+  std::string line = FInputs.front();
+  FInputs.pop_front();
+  return line;
 }

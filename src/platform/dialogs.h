@@ -28,12 +28,10 @@ class IDialogs {
   virtual std::string saveFileName(const std::string& folder, const std::string& name,
                                    const std::string& extension) = 0;
 
-  // ---- libraries: names, folders and PDF pages ----
-  // A line of text (`secret`: a password); nothing when cancelled. Without
-  // a person: cancelled.
-  virtual std::optional<std::string> askText(const std::string& title, const std::string& prompt,
-                                             const std::string& initial, bool secret = false) {
-    (void)title, (void)prompt, (void)initial, (void)secret;
+  // ---- libraries: passwords, folders and PDF pages ----
+  // A password, typed unseen; nothing when cancelled or without a person.
+  virtual std::optional<std::string> inputPassword(const std::string& caption, const std::string& prompt) {
+    (void)caption, (void)prompt;
     return std::nullopt;
   }
   // A folder; empty when cancelled.
@@ -44,6 +42,13 @@ class IDialogs {
   // The pages of a PDF to take as backdrops (zero-based), at most
   // maxPages; none when cancelled. Without a person: the first page.
   virtual std::vector<int> choosePdfPages(IPdfDocument& document, int maxPages);
+  // One line of text, preset with `preset`; nothing when cancelled. Without
+  // a person there the question is cancelled.
+  virtual std::optional<std::string> inputText(const std::string& caption, const std::string& prompt,
+                                               const std::string& preset) {
+    (void)caption, (void)prompt, (void)preset;
+    return std::nullopt;
+  }
 };
 
 // No person there: messages go to the standard error stream, questions get
@@ -68,9 +73,9 @@ class TScriptedDialogs : public IDialogs {
   std::vector<std::string> FMessages;   // showMessage texts
   std::vector<std::string> FQuestions;  // texts of both kinds of question
   std::vector<std::string> FFileDialogs;  // "open:<folder>" or "save:<folder>|<name>"
-  std::deque<std::optional<std::string>> FTexts;  // askText answers; none left: cancelled
-  std::deque<std::string> FFolders;               // chooseFolder answers
-  std::deque<std::vector<int>> FPdfPages;         // choosePdfPages answers; none left: the first page
+  std::deque<std::string> FFolders;        // chooseFolder answers
+  std::deque<std::vector<int>> FPdfPages;  // choosePdfPages answers; none left: the first page
+  std::deque<std::string> FInputs;  // lines typed; none left: cancelled
 
   void showMessage(const std::string& text) override { FMessages.push_back(text); }
   TDialogAnswer askYesNo(const std::string& text, TDialogAnswer keepsData) override;
@@ -78,10 +83,12 @@ class TScriptedDialogs : public IDialogs {
   std::string openFileName(const std::string& folder, const std::string& extension) override;
   std::string saveFileName(const std::string& folder, const std::string& name,
                            const std::string& extension) override;
-  std::optional<std::string> askText(const std::string& title, const std::string& prompt,
-                                     const std::string& initial, bool secret) override;
+  // Takes its answer from FInputs, as inputText does.
+  std::optional<std::string> inputPassword(const std::string& caption, const std::string& prompt) override;
   std::string chooseFolder(const std::string& title, const std::string& start) override;
   std::vector<int> choosePdfPages(IPdfDocument& document, int maxPages) override;
+  std::optional<std::string> inputText(const std::string& caption, const std::string& prompt,
+                                       const std::string& preset) override;
 
  private:
   TDialogAnswer next(const std::string& text, TDialogAnswer keepsData);

@@ -167,10 +167,10 @@ TEST(ApiRoutes, RowsAreTriedInTableOrder) {
   EXPECT_EQ(c.get("/paths/").status, 404);
   EXPECT_EQ(c.get("/DOC").status, 404);
   EXPECT_EQ(c.post("/paths", "").body, notFound("POST", "/paths"));
-  // Rows not built yet answer as unknown endpoints.
-  for (const char* path : {"/shapes/chamfer", "/shapes/offset/smart", "/shapes/smooth_chain",
-                           "/shapes/smooth_chain_g2", "/shapes/trim", "/shapes/offset"})
-    EXPECT_EQ(c.post(path, "{}").body, notFound("POST", path));
+  // "/shapes/offset/smart" is its own row, tried before "/shapes/offset".
+  EXPECT_EQ(c.post("/shapes/offset/smart", "{}").body, R"({"error":"shapeIds is required and must be non-empty"})");
+  EXPECT_EQ(c.post("/shapes/offset", "{}").body, R"({"error":"distanceMm is required"})");
+  EXPECT_EQ(c.post("/shapes/offset/", "{}").body, notFound("POST", "/shapes/offset/"));
   // Built rows answer on their exact method and path only.
   EXPECT_EQ(c.post("/ruler", "[]").body, R"({"error":"invalid JSON body"})");
   EXPECT_EQ(c.post("/shapes/stitch_hole", "[]").body, R"({"error":"invalid JSON body"})");

@@ -58,7 +58,7 @@ TEST(LibrariesProgram, SelectionBecomesATemplateThatPlacesAsOneUndoStep) {
   f.addShapeToDocument(makeLine(TPointF(40, 0), TPointF(40, 20)), 0);
   for (const auto& s : *f.PathList) s->FSelected = true;
   f.finishDocumentChange();
-  p.dialogs.FTexts.push_back(std::string("Corner"));
+  p.dialogs.FInputs.push_back("Corner");
   TPW_Path* t = f.miToParts();
   ASSERT_NE(t, nullptr);
   EXPECT_EQ(t->FShapeType, "OTHER");

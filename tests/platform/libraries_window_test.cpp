@@ -102,10 +102,10 @@ TEST_F(LibrariesWindow, PdfPagesBecomeBackdropsAtTheirRealSize) {
 
 TEST_F(LibrariesWindow, ProtectedPdfAsksForThePassword) {
   const std::string file = std::string(PELWRIGHT_SOURCE_DIR) + "/tests/platform/data/protected.pdf";
-  dialogs.FTexts.push_back(std::string("wrong"));
-  dialogs.FTexts.push_back(std::string("leather"));
+  dialogs.FInputs.push_back("wrong");
+  dialogs.FInputs.push_back("leather");
   ASSERT_TRUE(form.addBackdropFromFile(file));
-  EXPECT_EQ(dialogs.FQuestions.at(0), "Enter Password|Password:");
+  EXPECT_EQ(dialogs.FQuestions.at(0), "Enter Password: Password:");
   EXPECT_EQ(dialogs.FMessages.at(0), "The password is wrong.");
   EXPECT_NEAR(form.FBackdrops.at(0)->FWidth, 595 / 72.0 * 25.4, 0.5);
   // Cancel at the prompt adds nothing.

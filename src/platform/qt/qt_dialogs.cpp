@@ -60,12 +60,10 @@ std::string TQtDialogs::saveFileName(const std::string& folder, const std::strin
   return dialog.selectedFiles().first().toStdString();
 }
 
-std::optional<std::string> TQtDialogs::askText(const std::string& title, const std::string& prompt,
-                                               const std::string& initial, bool secret) {
+std::optional<std::string> TQtDialogs::inputPassword(const std::string& caption, const std::string& prompt) {
   bool ok = false;
-  const QString text = QInputDialog::getText(FParent, QString::fromStdString(title), QString::fromStdString(prompt),
-                                             secret ? QLineEdit::Password : QLineEdit::Normal,
-                                             QString::fromStdString(initial), &ok);
+  const QString text = QInputDialog::getText(FParent, QString::fromStdString(caption), QString::fromStdString(prompt),
+                                             QLineEdit::Password, QString(), &ok);
   if (!ok) return std::nullopt;
   return text.toStdString();
 }
@@ -85,4 +83,12 @@ std::vector<int> TQtDialogs::choosePdfPages(IPdfDocument& document, int maxPages
   viewer.setPDF(document, maxPages);
   if (viewer.exec() != QDialog::Accepted) return {};
   return viewer.checkedPages();
+}
+std::optional<std::string> TQtDialogs::inputText(const std::string& caption, const std::string& prompt,
+                                                 const std::string& preset) {
+  bool ok = false;
+  const QString text = QInputDialog::getText(FParent, QString::fromStdString(caption), QString::fromStdString(prompt),
+                                             QLineEdit::Normal, QString::fromStdString(preset), &ok);
+  if (!ok) return std::nullopt;
+  return text.toStdString();
 }

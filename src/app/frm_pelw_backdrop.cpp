@@ -193,27 +193,36 @@ void TfrmPelw::loadBackdropsOfProject(const std::vector<TBackdropData>& data, co
   FFilename = projectFile;  // for pictures looked for beside the project
   std::vector<std::string> problems;
   for (const TBackdropData& d : data) {
+    const std::string where = phrase("tabTop_Backdrop") + " " + std::to_string(&d - data.data() + 1) + ": ";
     auto b = std::make_unique<TBackdrop>();
     try {
       b->loadJson(d.FJson);
+    } catch (const std::exception& e) {
+      problems.push_back(where + e.what());
+      continue;
+    }
+    // A picture that does not read leaves the backdrop without one, kept
+    // as the file has it, so that saving loses nothing.
+    try {
       if (!b->FBase64ZippedBitmap.empty()) {
         b->decodeZippedBitmap(b->FBase64ZippedBitmap);
       } else {
         // No picture in the file: the picture file, as when it was added.
         const size_t before = FBackdrops.size();
-        if (!addBackdropFromFile(b->FFullPath) || FBackdrops.size() == before) continue;
-        TBackdrop* opened = FBackdrops.back().get();
-        b->FBitmap = opened->FBitmap;
-        b->FBase64ZippedBitmap = opened->FBase64ZippedBitmap;
-        FBackdrops.pop_back();
+        if (addBackdropFromFile(b->FFullPath) && FBackdrops.size() > before) {
+          const TBackdrop& opened = *FBackdrops.back();
+          b->FBitmap = opened.FBitmap;
+          b->FBase64ZippedBitmap = opened.FBase64ZippedBitmap;
+        }
+        FBackdrops.resize(before);
       }
-      b->repairPlacement();
-      b->FUndoList.clear();
-      b->addCurrentStateToUndo();
-      FBackdrops.push_back(std::move(b));
     } catch (const std::exception& e) {
-      problems.push_back(phrase("tabTop_Backdrop") + " " + std::to_string(&d - data.data() + 1) + ": " + e.what());
+      problems.push_back(where + e.what());
     }
+    b->repairPlacement();
+    b->FUndoList.clear();
+    b->addCurrentStateToUndo();
+    FBackdrops.push_back(std::move(b));
   }
   FFilename = savedName;
   FSelectedBackdrop = FBackdrops.empty() ? -1 : 0;

@@ -101,6 +101,12 @@ class ICanvas {
   virtual std::unique_ptr<ICanvasBitmap> createBitmap(int w, int h, double scale) = 0;
 
   // ---- pictures: backdrops and leather fills ----
+  // A bitmap with no transparency (what is painted on it is laid on black
+  // where it leaves holes); drawn, it covers what is under it, which a
+  // canvas may do as a plain copy.
+  virtual std::unique_ptr<ICanvasBitmap> createOpaqueBitmap(int w, int h, double scale) {
+    return createBitmap(w, h, scale);
+  }
   // A bitmap holding the picture's pixels (one device pixel each); null
   // when this canvas shows no pictures.
   virtual std::unique_ptr<ICanvasBitmap> createBitmapFromImage(const TRasterImage& image) {

@@ -1,8 +1,8 @@
 // Step 2 of a paint: the backdrops, in list order at the common opacity,
 // each turned about its middle, the selected one framed while the backdrop
-// tool is active. On the screen they are drawn into a layer kept for the
-// next paint: while the view and the backdrops stay, a repaint draws one
-// bitmap instead of the pictures.
+// tool is active. On the screen they are drawn on the background into an
+// opaque layer kept for the next paint: while the view and the backdrops
+// stay, steps 1 and 2 are one copy of that layer.
 #include <cmath>
 #include <numbers>
 #include <vector>
@@ -42,16 +42,18 @@ void TScenePainter::paintOneBackdrop(ICanvas& c, TBackdrop& b, float opacity) {
   (void)levelScale;
 }
 
-void TScenePainter::paintBackdrops() {
-  if (F.FBackdrops.empty() || !F.FShowBackdrops) return;
+bool TScenePainter::paintBackdrops(TAlphaColor background) {
+  if (F.FBackdrops.empty() || !F.FShowBackdrops) return false;
   const float alpha = F.FBackdropAlpha;
   if (F.FIsPrinting || F.FIsPrintPreviewing) {
+    C.clear(background);
     for (const auto& b : F.FBackdrops) paintOneBackdrop(C, *b, alpha);
-    return;
+    return true;
   }
-  // What the layer shows: the view, the canvas, and each backdrop.
-  std::vector<double> key = {F.FScale.x, F.FScale.y, F.FOffset.x, F.FOffset.y, double(C.width()),
-                             double(C.height()), C.canvasScale(), alpha, double(F.FBackdropToolActive)};
+  // What the layer shows: the background, the view, the canvas, and each backdrop.
+  std::vector<double> key = {double(background), F.FScale.x, F.FScale.y, F.FOffset.x, F.FOffset.y,
+                             double(C.width()), double(C.height()), C.canvasScale(), alpha,
+                             double(F.FBackdropToolActive)};
   for (const auto& b : F.FBackdrops)
     key.insert(key.end(), {double(reinterpret_cast<uintptr_t>(b->FBitmap.FPixels.get())), b->FLeftTop.x,
                            b->FLeftTop.y, b->FWidth, b->FHeight, b->FAngle, double(b->FIsSelected)});
@@ -64,11 +66,11 @@ void TScenePainter::paintBackdrops() {
     const int bw = static_cast<int>(std::lround(C.width() * C.canvasScale()));
     const int bh = static_cast<int>(std::lround(C.height() * C.canvasScale()));
     if (!layer->FBitmap || layer->FBitmap->width() != bw || layer->FBitmap->height() != bh)
-      layer->FBitmap = C.createBitmap(C.width(), C.height(), C.canvasScale());
-    if (!layer->FBitmap) return;
+      layer->FBitmap = C.createOpaqueBitmap(C.width(), C.height(), C.canvasScale());
+    if (!layer->FBitmap) return false;
     ICanvas& lc = layer->FBitmap->canvas();
-    if (!lc.beginScene()) return;
-    lc.clear(0x00000000);
+    if (!lc.beginScene()) return false;
+    lc.clear(background);
     for (const auto& b : F.FBackdrops) paintOneBackdrop(lc, *b, alpha);
     lc.endScene();
     layer->FKey = std::move(key);
@@ -76,6 +78,7 @@ void TScenePainter::paintBackdrops() {
   const ICanvasBitmap& bmp = *layer->FBitmap;
   C.drawBitmap(bmp, TRectF(0, 0, float(bmp.width()), float(bmp.height())),
                TRectF(0, 0, float(C.width()), float(C.height())), 1.0f, true);
+  return true;
 }
 
 bool TScenePainter::fillWithLeather(TPW_Path& shape, const TPathData& screenPath, float opacity) {

@@ -61,14 +61,16 @@ bool TScenePainter::layerVisible(int layer) {
 
 void TScenePainter::paint() {
   F.updateGridTick();
-  // 1. The background.
-  C.clear(canvasBackground(FBlack, F.FIsPrinting, F.FViewOptions.FWhiteBGColor));
-  // 2. The backdrops. 3. The grid.
+  // 1. The background and 2. the backdrops, which paint the background
+  // themselves when there are any. 3. The grid.
+  const TAlphaColor background = canvasBackground(FBlack, F.FIsPrinting, F.FViewOptions.FWhiteBGColor);
+  bool painted = false;
   try {
-    paintBackdrops();
+    painted = paintBackdrops(background);
   } catch (const std::exception& e) {
     F.logPaintError(exceptionClassName(e), e.what(), nullptr);
   }
+  if (!painted) C.clear(background);
   if (F.FShowGrid && !F.FIsPrinting) {
     try {
       paintGrid();

@@ -62,7 +62,9 @@ class TScenePainter {
   void paint();
 
   // Steps, in the order paint() runs them.
-  void paintBackdrops();
+  // The background with the backdrops on it; false (nothing painted)
+  // without backdrops to show.
+  bool paintBackdrops(TAlphaColor background);
   void paintGrid();
   void paintShapes();
   void paintGroupFrames();

@@ -462,6 +462,15 @@ QImage qImageOfPicture(const TRasterImage& image) {
   return shared.convertToFormat(QImage::Format_ARGB32_Premultiplied);
 }
 
+std::unique_ptr<ICanvasBitmap> TQtCanvas::createOpaqueBitmap(int w, int h, double scale) {
+  // RGB32: Qt draws it as a copy, not a blend.
+  QImage image(std::max(1, static_cast<int>(std::lround(w * scale))), std::max(1, static_cast<int>(std::lround(h * scale))),
+               QImage::Format_RGB32);
+  image.setDevicePixelRatio(scale);
+  image.fill(Qt::black);
+  return std::make_unique<TQtBitmap>(std::move(image));
+}
+
 std::unique_ptr<ICanvasBitmap> TQtCanvas::createBitmapFromImage(const TRasterImage& image) {
   if (image.isEmpty()) return nullptr;
   return std::make_unique<TQtBitmap>(qImageOfPicture(image));

@@ -51,6 +51,7 @@ class TQtCanvas : public ICanvas {
   TMatrix matrix() const override { return FMatrix; }
   std::unique_ptr<ICanvasBitmap> createBitmap(int w, int h, double scale) override;
   std::unique_ptr<ICanvasBitmap> createBitmapFromImage(const TRasterImage& image) override;
+  std::unique_ptr<ICanvasBitmap> createOpaqueBitmap(int w, int h, double scale) override;
   void fillPathWithBitmap(const TPathData& path, const ICanvasBitmap& bitmap, const TMatrix& bitmapToCanvas,
                           float opacity) override;
 

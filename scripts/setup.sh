@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Installs every Debian package that building, running and testing Pelwright needs.
+# Installs every Debian package that building and running Pelwright needs;
+# with --tests also the programs the tests read exported files back with.
 # Idempotent: packages already present are skipped, and the package index is
 # refreshed only when something is missing.
 set -euo pipefail
@@ -20,9 +21,19 @@ PACKAGES=(
   libpolyclipping-dev libcpp-httplib-dev libssl-dev
   # tests and benchmarks
   libgtest-dev libgmock-dev googletest libbenchmark-dev
+  # the mesh checker that reads exported solids back as slicers do
+  admesh
   # a virtual display for screenshots of the real window
   xvfb xauth
 )
+
+if [ "${1:-}" = "--tests" ]; then
+  PACKAGES+=(
+    # exported files read back as users read them: SVG by Inkscape, DXF by
+    # ezdxf's auditor (/usr/bin/python3)
+    inkscape python3-ezdxf
+  )
+fi
 
 missing=()
 for p in "${PACKAGES[@]}"; do

@@ -14,9 +14,11 @@
 #include "app/frm_pelw.h"
 #include "app/safe_file.h"
 #include "app/sample_project_file.h"
+#include "exchange/export_command.h"
 #include "libraries/builtin_templates.h"
 #include "platform/qt/main_window.h"
 #include "platform/qt/qt_dialogs.h"
+#include "platform/qt/qt_exchange_dialogs.h"
 #include "platform/qt/qt_main_thread.h"
 #include "platform/qt/qt_pictures.h"
 #include "platform/qt/qt_png_image.h"
@@ -25,6 +27,8 @@
 #include "platform/qt/unix_signals.h"
 
 namespace {
+
+std::string usageText() { return commandLineHelp() + exportCommandHelp(); }
 
 // Qt's arguments with the offscreen platform asked for: no display is
 // needed, and Qt still gives fonts and an event loop.
@@ -75,6 +79,33 @@ void connectController(TfrmPelw& form, QCoreApplication& app, const TCommandLine
   });
 }
 
+// --export: the drawing is converted and the program ends. Text shapes
+// still need their glyph outlines, so Qt runs offscreen for the fonts.
+int runExport(int argc, char** argv, const TCommandLine& cl) {
+  // Standard error carries the conversion's one line and nothing of Qt's.
+  qInstallMessageHandler([](QtMsgType type, const QMessageLogContext&, const QString& text) {
+    if (type == QtCriticalMsg || type == QtFatalMsg) std::fprintf(stderr, "pelwright: %s\n", qPrintable(text));
+  });
+  TOffscreenArgs qt(argc, argv);
+  QGuiApplication app(qt.argc, qt.args.data());
+  std::setlocale(LC_NUMERIC, "C");
+  TQtTextLayout textLayoutService;
+  setTextLayout(&textLayoutService);
+  std::string error;
+  int rc = 0;
+  {
+    TfrmPelw form;
+    form.FFontExists = [](const std::string& family) {
+      return QFontDatabase::families().contains(QString::fromStdString(family));
+    };
+    rc = runExportCommand(form, cl.exportOutput, cl.exportArgs, error);
+  }
+  setTextLayout(nullptr);
+  if (rc == 2) std::fprintf(stderr, "pelwright: %s\n%s", error.c_str(), usageText().c_str());
+  else if (rc != 0) std::fprintf(stderr, "pelwright: %s\n", error.c_str());
+  return rc;
+}
+
 int runHeadless(int argc, char** argv, const TCommandLine& cl) {
   TOffscreenArgs qt(argc, argv);
   QGuiApplication app(qt.argc, qt.args.data());
@@ -104,11 +135,13 @@ int runWindow(int argc, char** argv, const TCommandLine& cl) {
   useQtTimers();
 
   TQtDialogs dialogs;
+  TQtExchangeDialogs exchangeDialogs;
   TfrmPelw form;
   form.FDialogs = &dialogs;
   dialogs.FPhrase = [&form](const char* key) {
     return QString::fromStdString(form.FMultiLang ? form.FMultiLang->getTranslation(form.FLangID, key) : std::string());
   };
+  form.FExchangeDialogs = &exchangeDialogs;
   form.FDemoSourcePath = shippedDemoFolder(QCoreApplication::applicationDirPath().toStdString());
   connectController(form, app, cl);
   form.FormCreate(cl.args);
@@ -116,9 +149,11 @@ int runWindow(int argc, char** argv, const TCommandLine& cl) {
   {
     TMainWindow window(form);
     dialogs.setParent(&window);
+    exchangeDialogs.setParent(&window);
     window.show();
     rc = app.exec();
     dialogs.setParent(nullptr);
+    exchangeDialogs.setParent(nullptr);
   }
   form.FormDestroy();
   setTextLayout(nullptr);
@@ -130,14 +165,15 @@ int runWindow(int argc, char** argv, const TCommandLine& cl) {
 int main(int argc, char** argv) {
   const TCommandLine cl = parseCommandLine(argc, argv);
   if (cl.help) {
-    std::fputs(commandLineHelp().c_str(), stdout);
+    std::fputs(usageText().c_str(), stdout);
     return 0;
   }
   if (!cl.error.empty()) {
-    std::fprintf(stderr, "pelwright: %s\n%s", cl.error.c_str(), commandLineHelp().c_str());
+    std::fprintf(stderr, "pelwright: %s\n%s", cl.error.c_str(), usageText().c_str());
     return 2;
   }
   if (cl.mcp) return runMcpOnStandardStreams(cl.apiPort);
+  if (cl.exportMode) return runExport(argc, argv, cl);
   if (!cl.writeSampleFile.empty()) return runWriteSample(argc, argv, cl);
   if (!cl.writeTemplatesFile.empty()) {
     try {

@@ -14,10 +14,17 @@ struct TCommandLine {
   std::string writeSampleFile;
   // --write-templates FILE: write the built-in template archive and end.
   std::string writeTemplatesFile;
+  // --export OUTPUT: convert a drawing without a window and end. Every
+  // other argument of that mode stays in exportArgs, in order, for the
+  // conversion's own parser, which knows the options of each format.
+  bool exportMode = false;
+  std::string exportOutput;
+  std::vector<std::string> exportArgs;
   // Arguments left for the controller, in order: a project file, and
   // "--instance-id" with its stamp for a launched instance.
   std::vector<std::string> args;
-  // Set when the line cannot be understood; the program then says it and ends.
+  // Set when the line cannot be understood; the program then says it,
+  // shows the usage and ends with a non-zero status.
   std::string error;
 };
 

@@ -43,9 +43,13 @@
 #include "libraries/catalog.h"
 #include "libraries/parts_repository.h"
 // ---- end libraries ----
+// ---- exchange ----
+#include "exchange/export_settings.h"
+// ---- end exchange ----
 #include "generators/jigsaw.h"
 
 class ICanvas;
+class IExchangeDialogs;
 class INumberBox;
 class ICaptionLabel;
 
@@ -457,6 +461,8 @@ class TfrmPelw : public TViewState {
   std::unique_ptr<TPartRepository> FRepository;  // FPartRepository, FRootRepositoryTreeItem
   std::unique_ptr<TPW_CatalogDict> FCatalogDict;
   std::vector<std::unique_ptr<TBackdrop>> FBackdrops;
+  // The backdrops as the project file stores them.
+  std::vector<TBackdropData> backdropsForFile() const;
   float FBackdropAlpha = 0.8f;   // tbOpacity, common to all backdrops
   bool FShowBackdrops = true;    // chkOpacity
   int FSelectedBackdrop = -1;    // the row of cmbBackdrop
@@ -544,6 +550,35 @@ class TfrmPelw : public TViewState {
   // What the painter keeps of the backdrops on the screen.
   std::shared_ptr<void> FBackdropLayerCache;
   // ==== end libraries ====
+
+  // ==== SVG and DXF exchange (src/exchange/frm_pelw_exchange.cpp) ====
+  // The export options, file and size dialogs; none without a window.
+  IExchangeDialogs* FExchangeDialogs = nullptr;
+  // The export dialog's switches that last for the run of the program.
+  TExportSettings FExportRun;
+  void actExportAsSVG() { actExportAsSVGExecute("SVG"); }
+  void actExportAsDXF() { actExportAsSVGExecute("DXF"); }
+  // Both export commands: "SVG" or "DXF".
+  void actExportAsSVGExecute(const std::string& type);
+  // The drawing as the exports read it.
+  TExportScene exportScene() const;
+  // Writes the drawing as "SVG" or "DXF"; false when the filter left
+  // nothing. Throws naming the file when it cannot be written.
+  bool exportDrawing(const std::string& filename, const std::string& type, const TExportSettings& settings);
+  void actImportSVG();
+  // The import command's body after the file dialog: the questions, the
+  // import, the report.
+  void importSVG(const std::string& filename);
+  struct TSvgImportResult {
+    size_t FShapeCount = 0;           // shapes added, one undo step
+    std::string FError;               // why nothing was read
+    std::vector<std::string> FReport;  // what was skipped
+  };
+  // Reads the picture and adds its shapes to the active layer as one undo
+  // step; with askSize the width dialog may scale it.
+  TSvgImportResult importSVGFile(const std::string& filename, bool disassemble, bool askSize);
+  // ==== end exchange ====
+
   // ==== seam lines and cuts (src/app/seam_edits*.cpp) ====
   // Offsets, trims, notches, round corners, centre lines and smoothing, for
   // the tools and the local API alike.
@@ -593,7 +628,6 @@ class TfrmPelw : public TViewState {
   bool addBackdropsFromPdf(const std::string& filename);
   void showLibraryProblems(const std::vector<std::string>& problems);
   void loadBackdropsOfProject(const std::vector<TBackdropData>& data, const std::string& projectFile);
-  std::vector<TBackdropData> backdropsForFile() const;
   void clearBackdrops();
   void prepareStitchCandidates();
   std::vector<TPW_Path*> stitchHitTest(const TPointF& point) const;

@@ -41,6 +41,7 @@ void readOptions(const TIniFile& ini, TPW_Options& o, TPalletList* pallet) {
   readBool(ini, "SVG", "AsDots", o.FSVG_as_dots);
   readBool(ini, "SVG", "WithTemplates", o.FSVG_with_templates);
   readBool(ini, "SVG", "WithTextShapes", o.FSVG_with_text_shapes);
+  o.FExchangeFolder = ini.ReadString("SVG", "LastFolder", o.FExchangeFolder);
   readFloat(ini, "Print", "CalibrationX", o.FPrintCalibration.x);
   readFloat(ini, "Print", "CalibrationY", o.FPrintCalibration.y);
   readBool(ini, "Print", "PrintInColor", o.FPrintInColor);
@@ -97,6 +98,7 @@ void writeOptions(TIniFile& ini, const TPW_Options& o, const TPalletList* pallet
   ini.WriteBool("SVG", "AsDots", o.FSVG_as_dots);
   ini.WriteBool("SVG", "WithTemplates", o.FSVG_with_templates);
   ini.WriteBool("SVG", "WithTextShapes", o.FSVG_with_text_shapes);
+  ini.WriteString("SVG", "LastFolder", o.FExchangeFolder);
   writeFloat(ini, "Print", "CalibrationX", o.FPrintCalibration.x);
   writeFloat(ini, "Print", "CalibrationY", o.FPrintCalibration.y);
   ini.WriteBool("Print", "PrintInColor", o.FPrintInColor);

@@ -36,6 +36,7 @@ struct TPW_Options {
   bool FSVG_as_dots = true;
   bool FSVG_with_templates = false;
   bool FSVG_with_text_shapes = false;
+  std::string FExchangeFolder;  // LastFolder: where export and import looked last
   // [Print], per cent
   TPointF FPrintCalibration{100, 100};
   bool FPrintInColor = false;

@@ -210,6 +210,22 @@ std::string floatToTextWithPoint(double value, int precision) {
   return s;
 }
 
+void appendFixedText(std::string& out, double value, int decimals) {
+  char buf[400];
+  const auto res = std::to_chars(buf, buf + sizeof buf, value, std::chars_format::fixed, decimals);
+  if (res.ec != std::errc()) return;
+  const size_t n = static_cast<size_t>(res.ptr - buf);
+  const char* p = buf;
+  if (buf[0] == '-' && std::strspn(buf + 1, "0.") == n - 1) ++p;
+  out.append(p, n - static_cast<size_t>(p - buf));
+}
+
+std::string fixedText(double value, int decimals) {
+  std::string s;
+  appendFixedText(s, value, decimals);
+  return s;
+}
+
 bool textToFloat(std::string_view text, double& out) {
   size_t b = 0, e = text.size();
   while (b < e && (text[b] == ' ' || text[b] == '\t')) ++b;

@@ -20,6 +20,12 @@ std::string floatToTextWithPoint(double value, int precision = 15);
 // to out without building a string of its own: for writers of many numbers.
 void appendFloatText(std::string& out, double value, int precision = 15, bool withPoint = false);
 
+// Fixed decimals, as printf's "%.3f" writes them in the C locale, except
+// that a value rounding to zero has no minus sign: -0.0001 -> "0.000".
+// For file formats whose numbers have a fixed number of decimals.
+void appendFixedText(std::string& out, double value, int decimals);
+std::string fixedText(double value, int decimals);
+
 // Parses a decimal number with a point as decimal mark, locale independent.
 // Leading and trailing blanks are allowed. False when the text is not a number.
 bool textToFloat(std::string_view text, double& out);

@@ -90,6 +90,11 @@ class TPathData {
   TPointF figureStart() const;
 };
 
+// An SVG number at `pos` of `text`: sign, digits, fraction, exponent ("1.5.5"
+// is two numbers, "1-2" too). Its value, and `pos` moved past it; false, with
+// `pos` kept, when no number starts there.
+bool readSvgNumber(std::string_view text, size_t& pos, double& value);
+
 // Point of a cubic at t, computed in doubles.
 TPointF cubicPointAt(const TPointF& p0, const TPointF& p1, const TPointF& p2, const TPointF& p3,
                      double t);

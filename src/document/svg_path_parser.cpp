@@ -38,34 +38,9 @@ class TSvgPathReader {
     c = s[pos++];
     return true;
   }
-  // SVG number: sign, digits, optional fraction, optional exponent. "1.5.5"
-  // is two numbers and "1-2" too.
   bool readNumber(double& v) {
     skipSeparators();
-    const size_t start = pos;
-    if (pos < s.size() && (s[pos] == '+' || s[pos] == '-')) ++pos;
-    bool digits = false;
-    while (pos < s.size() && std::isdigit(static_cast<unsigned char>(s[pos]))) ++pos, digits = true;
-    if (pos < s.size() && s[pos] == '.') {
-      ++pos;
-      while (pos < s.size() && std::isdigit(static_cast<unsigned char>(s[pos]))) ++pos, digits = true;
-    }
-    if (!digits) {
-      pos = start;
-      return false;
-    }
-    if (pos < s.size() && (s[pos] == 'e' || s[pos] == 'E')) {
-      size_t e = pos + 1;
-      if (e < s.size() && (s[e] == '+' || s[e] == '-')) ++e;
-      if (e < s.size() && std::isdigit(static_cast<unsigned char>(s[e]))) {
-        while (e < s.size() && std::isdigit(static_cast<unsigned char>(s[e]))) ++e;
-        pos = e;
-      }
-    }
-    const char* first = s.data() + start;
-    if (*first == '+') ++first;
-    const auto res = std::from_chars(first, s.data() + pos, v);
-    return res.ec == std::errc();
+    return readSvgNumber(s, pos, v);
   }
   // An arc flag is a single 0 or 1, with or without separators around it.
   bool readFlag(bool& f) {
@@ -155,6 +130,33 @@ void appendSvgArc(TPathData& path, double x1, double y1, double rx, double ry, d
 }
 
 }  // namespace
+
+bool readSvgNumber(std::string_view s, size_t& pos, double& v) {
+  const size_t start = pos;
+  size_t p = pos;
+  if (p < s.size() && (s[p] == '+' || s[p] == '-')) ++p;
+  bool digits = false;
+  while (p < s.size() && std::isdigit(static_cast<unsigned char>(s[p]))) ++p, digits = true;
+  if (p < s.size() && s[p] == '.') {
+    ++p;
+    while (p < s.size() && std::isdigit(static_cast<unsigned char>(s[p]))) ++p, digits = true;
+  }
+  if (!digits) return false;
+  if (p < s.size() && (s[p] == 'e' || s[p] == 'E')) {
+    size_t e = p + 1;
+    if (e < s.size() && (s[e] == '+' || s[e] == '-')) ++e;
+    if (e < s.size() && std::isdigit(static_cast<unsigned char>(s[e]))) {
+      while (e < s.size() && std::isdigit(static_cast<unsigned char>(s[e]))) ++e;
+      p = e;
+    }
+  }
+  const char* first = s.data() + start;
+  if (*first == '+') ++first;
+  const auto res = std::from_chars(first, s.data() + p, v);
+  if (res.ec != std::errc()) return false;
+  pos = p;
+  return true;
+}
 
 bool TPathData::setData(std::string_view text) {
   Clear();

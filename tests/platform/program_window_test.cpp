@@ -62,7 +62,9 @@ TEST_F(ProgramWindow, MenusTakeTheirTextsFromThePhraseTable) {
   for (QAction* a : menu("miFile")->actions())
     if (!a->isSeparator()) file << a->objectName();
   EXPECT_EQ(file, (QStringList{"actNewProject", "actLoadProject", "actOpenNewWindow", "actSaveProject",
-                               "actSaveProjectAs", "actClose"}));
+                               "actSaveProjectAs", "actImportSVG", "actExportAsSVG", "actExportAsDXF",
+                               "actExportAsSTL", "actClose"}));
+  EXPECT_EQ(window->FActExportAsDXF->text(), "Export as DXF...");
   EXPECT_EQ(window->FActLoadProject->text(), "Open project...");
   EXPECT_EQ(window->FActSaveProject->shortcut(), QKeySequence(QKeySequence::Save));
   EXPECT_EQ(window->FActUndo->shortcut(), QKeySequence(QKeySequence::Undo));

@@ -13,17 +13,8 @@
 #include <limits>
 
 #include "app/frm_pelw.h"
+#include "platform/qt/dialog_parts.h"
 #include "platform/qt/qt_language.h"
-
-namespace {
-
-QLabel* namedLabel(const char* name, const char* text, QWidget* parent) {
-  auto* l = new QLabel(QString::fromUtf8(text), parent);
-  l->setObjectName(name);
-  return l;
-}
-
-}  // namespace
 
 TfrmJigsaw::TfrmJigsaw(TfrmPelw& form, QWidget* parent) : QDialog(parent), FForm(form) {
   setObjectName("frmJigsaw");
@@ -64,11 +55,7 @@ TfrmJigsaw::TfrmJigsaw(TfrmPelw& form, QWidget* parent) : QDialog(parent), FForm
   layout->addRow(namedLabel("lblJIGSAW_Seed", "Random seed:", this), seedRow);
   layout->addRow(chkJIGSAW_FlatEdge);
   layout->addRow(chkJIGSAW_FlattenPath);
-  auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
-  buttons->button(QDialogButtonBox::Ok)->setObjectName("btnOK");
-  buttons->button(QDialogButtonBox::Cancel)->setObjectName("btnCancel");
-  connect(buttons, &QDialogButtonBox::accepted, this, &TfrmJigsaw::accept);
-  connect(buttons, &QDialogButtonBox::rejected, this, &TfrmJigsaw::reject);
+  auto* buttons = okCancelButtons(this, this);
   layout->addRow(buttons);
 
   translateWidgets(this, FForm.FMultiLang.get(), FForm.FLangID);

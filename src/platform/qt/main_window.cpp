@@ -25,6 +25,7 @@ TMainWindow::TMainWindow(TfrmPelw& form, QWidget* parent) : QMainWindow(parent),
   buildLanguageMenu();
   buildToolsMenu();
   FLibraries = new TLibraryPanels(*this, *FCanvas, FForm);
+  buildStlExport();
   buildStatusLine();
   connectProgramHost();
   retranslate();
@@ -168,6 +169,10 @@ void TMainWindow::buildFileMenu() {
   if (FActSaveProjectAs->shortcut().isEmpty())
     FActSaveProjectAs->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S));
   FFileMenu->addSeparator();
+  FActImportSVG = addCommand(FFileMenu, this, "actImportSVG", QKeySequence());
+  FActExportAsSVG = addCommand(FFileMenu, this, "actExportAsSVG", QKeySequence());
+  FActExportAsDXF = addCommand(FFileMenu, this, "actExportAsDXF", QKeySequence());
+  FFileMenu->addSeparator();
   FActClose = addCommand(FFileMenu, this, "actClose", QKeySequence::Quit);
   connect(FActNewProject, &QAction::triggered, this, [this] { FForm.actNewProject(); });
   connect(FActLoadProject, &QAction::triggered, this, [this] { FForm.actLoadProject(); });
@@ -175,6 +180,12 @@ void TMainWindow::buildFileMenu() {
   connect(FActSaveProject, &QAction::triggered, this, [this] { FForm.actSaveProject(); });
   connect(FActSaveProjectAs, &QAction::triggered, this, [this] { FForm.actSaveProjectAs(); });
   connect(FActClose, &QAction::triggered, this, [this] { FForm.actClose(); });
+  connect(FActImportSVG, &QAction::triggered, this, [this] {
+    FForm.actImportSVG();
+    FForm.refreshStatus();
+  });
+  connect(FActExportAsSVG, &QAction::triggered, this, [this] { FForm.actExportAsSVG(); });
+  connect(FActExportAsDXF, &QAction::triggered, this, [this] { FForm.actExportAsDXF(); });
 }
 
 void TMainWindow::buildEditMenu() {
@@ -219,7 +230,7 @@ void TMainWindow::retranslate() {
     if (!t.isEmpty()) m->setTitle(t);
   }
   for (QAction* a : {FActNewProject, FActLoadProject, FActOpenNewWindow, FActSaveProject, FActSaveProjectAs,
-                     FActClose, FActUndo, FActRedo, FActResetView}) {
+                     FActImportSVG, FActExportAsSVG, FActExportAsDXF, FActClose, FActUndo, FActRedo, FActResetView}) {
     if (!a) continue;
     const QString t = text(a->objectName());
     if (!t.isEmpty()) a->setText(t);
@@ -234,6 +245,7 @@ void TMainWindow::retranslate() {
     }
   }
   retranslateTools();
+  retranslateStlExport();
 }
 
 void TMainWindow::connectProgramHost() {

@@ -31,6 +31,9 @@ class TMainWindow : public QMainWindow {
   QAction* FActOpenNewWindow = nullptr;
   QAction* FActSaveProject = nullptr;
   QAction* FActSaveProjectAs = nullptr;
+  QAction* FActImportSVG = nullptr;
+  QAction* FActExportAsSVG = nullptr;
+  QAction* FActExportAsDXF = nullptr;
   QAction* FActClose = nullptr;
   QAction* FActUndo = nullptr;
   QAction* FActRedo = nullptr;
@@ -51,6 +54,14 @@ class TMainWindow : public QMainWindow {
   TfrmDyeSimulator* FDyeMixer = nullptr;
   void openJigsawDialog();
   void openDyeMixer();
+
+  // ---- File > Export as STL: the solids' dialog (main_window_stl.cpp) ----
+  QAction* FActExportAsSTL = nullptr;
+  void buildStlExport();
+  void retranslateStlExport();
+  // The selected shapes, or the drawing's closed outlines, in the dialog;
+  // a message when there is nothing to make a solid of.
+  void actExportAsSTL();
 
  protected:
   void showEvent(QShowEvent* e) override;

@@ -18,6 +18,7 @@ QString TQtDialogs::filterFor(const std::string& extension) const {
   }
   if (!FFilter.isEmpty()) return FFilter;
   const QString ext = QString::fromStdString(extension);
+  if (ext == ".stl") return "STL files (*.stl)";
   if (ext != ".pwc") return QString("%1 (*%1);;* (*)").arg(ext);
   return QString("Pelwright project (*%1)").arg(ext);
 }

@@ -323,8 +323,9 @@ class TfrmPelw : public TViewState {
   void actRedo();
   void clearUndo();
   void clearRedo();
-  bool canUndo() const { return FUndoList.size() >= 2; }
-  bool canRedo() const { return !FRedoList.empty(); }
+  // With the backdrop tool these are the selected backdrop's.
+  bool canUndo() const;
+  bool canRedo() const;
 
   // ---- autosave ----
   std::string autosaveFileName() const;
@@ -469,6 +470,7 @@ class TfrmPelw : public TViewState {
   // The backdrop tool is active (sbBackdrop): undo and redo work on the
   // selected backdrop, a drag moves the backdrop under the pointer.
   bool FBackdropToolActive = false;
+  void setBackdropTool(bool on);
   // Start-up steps 12, 14 and 15, and their writes at shut-down.
   void loadCatalogsAtStartup();
   void deployBuiltinTemplatesAtStartup();

@@ -46,6 +46,14 @@ void TfrmPelw::selectBackdrop(int index) {
   FSelectedBackdrop = index >= 0 && index < int(FBackdrops.size()) ? index : -1;
   for (size_t i = 0; i < FBackdrops.size(); ++i) FBackdrops[i]->FIsSelected = int(i) == FSelectedBackdrop;
   if (FLibraryHost.backdropsChanged) FLibraryHost.backdropsChanged();
+  if (FProgramHost.undoStateChanged) FProgramHost.undoStateChanged();
+  RepaintCanvas();
+}
+
+void TfrmPelw::setBackdropTool(bool on) {
+  FBackdropToolActive = on;
+  if (!on) FCalibrating = false;
+  if (FProgramHost.undoStateChanged) FProgramHost.undoStateChanged();
   RepaintCanvas();
 }
 
@@ -241,6 +249,7 @@ void TfrmPelw::backdropChanged(bool recordUndo) {
   FBackdropLayerCache.reset();
   setChanged(true);
   if (FLibraryHost.backdropsChanged) FLibraryHost.backdropsChanged();
+  if (FProgramHost.undoStateChanged) FProgramHost.undoStateChanged();
   RepaintCanvas();
 }
 

@@ -38,6 +38,16 @@ void TfrmPelw::flushPendingSnapshot() {
   takeSnapshot();
 }
 
+bool TfrmPelw::canUndo() const {
+  if (FBackdropToolActive) return selectedBackdrop() && selectedBackdrop()->getUndoBufferCount() >= 2;
+  return FUndoList.size() >= 2;
+}
+
+bool TfrmPelw::canRedo() const {
+  if (FBackdropToolActive) return selectedBackdrop() && !selectedBackdrop()->FRedoList.empty();
+  return !FRedoList.empty();
+}
+
 void TfrmPelw::actUndo() {
   // With the backdrop tool the selected backdrop's own undo.
   if (FBackdropToolActive) return backdropUndo();

@@ -139,10 +139,12 @@ TEST(LibrariesProgram, BackdropChangesAreOwnUndoStepsAndTravelInTheProject) {
   EXPECT_TRUE(f.PathList->FIsChanged);
   const size_t documentUndo = f.FUndoList.size();
 
-  f.FBackdropToolActive = true;
+  f.setBackdropTool(true);
+  EXPECT_FALSE(f.canUndo());  // the window's Undo follows the backdrop's own steps
   f.actUndo();  // a fresh backdrop: nothing to undo
   EXPECT_EQ(b->FLeftTop, TPointF(0, 0));
   f.moveBackdrop(TPointF(10, 20));
+  EXPECT_TRUE(f.canUndo());
   f.rotateBackdrop(90);
   f.setBackdropDpi(150);
   EXPECT_FLOAT_EQ(b->FWidth, 50.8f);

@@ -91,9 +91,7 @@ TBackdropPanel::TBackdropPanel(TfrmPelw& form, QWidget* parent) : QWidget(parent
   connect(add, &QPushButton::clicked, this, [this] { FForm.actAddBackdrop(); });
   connect(del, &QPushButton::clicked, this, [this] { FForm.btnDeleteBackdrop(); });
   connect(FTool, &QToolButton::toggled, this, [this](bool on) {
-    FForm.FBackdropToolActive = on;
-    if (!on) FForm.FCalibrating = false;
-    FForm.RepaintCanvas();
+    FForm.setBackdropTool(on);
     refresh();
   });
   connect(FList, &QComboBox::currentIndexChanged, this, [this](int i) {

@@ -14,7 +14,7 @@
 
 #include "app/frm_pelw.h"
 #include "bench_form.h"
-#include "bench_qt_app.h"
+#include "bench_gui_app.h"
 #include "app/safe_file.h"
 #include "libraries/picture_codec.h"
 #include "libraries/template_outline.h"
@@ -24,7 +24,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-QGuiApplication& app() { return benchQtApp(); }
+QGuiApplication& app() { return benchGuiApp(); }
 
 // Folders made for the run, removed when it ends.
 struct TBenchFolders {

@@ -9,8 +9,8 @@
 #include <memory>
 
 #include "app/frm_pelw.h"
-#include "app/safe_file.h"
 #include "bench_form.h"
+#include "platform/safe_file.h"
 #include "document/project_json.h"
 
 namespace {

@@ -11,7 +11,7 @@
 #include <memory>
 
 #include "app/frm_pelw.h"
-#include "bench_qt_app.h"
+#include "bench_gui_app.h"
 #include "api/render_endpoint.h"
 #include "platform/qt/qt_canvas.h"
 #include "platform/qt/qt_png_image.h"
@@ -19,7 +19,7 @@
 
 namespace {
 
-QGuiApplication& app() { return benchQtApp(); }
+QGuiApplication& app() { return benchGuiApp(); }
 
 // A 3 mm diamond iron, as in the system table.
 TPrickingIron& benchIron() {

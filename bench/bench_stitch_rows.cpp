@@ -1,7 +1,6 @@
-// Whole stitch rows: the divider walk's pitch search round a closed outline
-// of a metre and along an open route of two metres, as the stitch tool runs
-// them, and the same search through the plain (reference) questions, to
-// show what the prepared route saves.
+// Whole stitch rows: the divider walk round a closed outline of a metre and
+// along an open route of two metres, as the stitch tool runs them, and
+// their parts: one trial, the pitch search, the route network.
 #include <benchmark/benchmark.h>
 
 #include <cmath>
@@ -13,7 +12,6 @@
 #include "document/point_helpers.h"
 #include "document/shape_list.h"
 #include "geometry/collect_intersections.h"
-#include "stitching/closed_walk.h"
 #include "stitching/divider_walk.h"
 #include "stitching/pricking_iron.h"
 #include "stitching/route_network.h"
@@ -118,37 +116,34 @@ struct TBenchDoc {
   }
 };
 
-// The whole one-click row round the outline: 1 + 2 x 50 dry walks and the
-// walk that punches.
+// The whole one-click row round the outline: the ring whose pitch comes
+// nearest the wanted one, found by halving, and the holes punched.
 void BM_ClosedOutlineRow(benchmark::State& state) {
-  int holes = 0, walks = 0;
+  int holes = 0;
   for (auto _ : state) {
     state.PauseTiming();
     auto doc = std::make_unique<TBenchDoc>(closedOutline(400));
     state.ResumeTiming();
     TRowHoles h = doc->holes();
     const TClosedOutcome out = placeOnClosedPath(doc->shapes, doc->shapes[0]->FStartPt, uniformAuto(), h);
-    holes = static_cast<int>(out.FMade.size());
-    walks = out.FWalks;
+    holes = out.count();
     state.PauseTiming();
     doc.reset();
     state.ResumeTiming();
   }
   state.counters["holes"] = holes;
-  state.counters["walks"] = walks;
 }
 BENCHMARK(BM_ClosedOutlineRow)->Unit(benchmark::kMillisecond);
 
-// One dry walk round the outline, fast and through the plain questions.
+// One walk of the dividers round the outline.
 void BM_ClosedOutlineWalk(benchmark::State& state) {
   TBenchDoc doc(closedOutline(400));
-  TClosedWalk walk(doc.shapes, doc.shapes[0]->FStartPt);
-  walk.setReference(state.range(0) == 1);
-  int count = 0;
-  for (auto _ : state) benchmark::DoNotOptimize(walk.walkClosedPath(count, 4.0f, nullptr));
-  state.counters["positions"] = count;
+  const TRouteTrack track = TRouteTrack::aroundLoop(doc.shapes, doc.shapes[0]->FStartPt);
+  int steps = 0;
+  for (auto _ : state) benchmark::DoNotOptimize(steps = track.stepsAt(4.0, 1000000));
+  state.counters["positions"] = steps + 1;
 }
-BENCHMARK(BM_ClosedOutlineWalk)->Arg(0)->Arg(1)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_ClosedOutlineWalk)->Unit(benchmark::kMicrosecond);
 
 // The second click of the stitch tool along the open route: the route
 // network grown afresh, the pitch search, the holes made. Arg 1 makes the
@@ -177,8 +172,7 @@ void BM_OpenRouteRowByTool(benchmark::State& state) {
 }
 BENCHMARK(BM_OpenRouteRowByTool)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
 
-// The pitch search alone along the open route, and one trial through the
-// plain questions against the prepared ones.
+// The pitch search alone along the open route, and one trial.
 // Arg 0: the search as it runs (it stops once the gap is small enough);
 // arg 1: every round of it, the most it can cost.
 void BM_OpenRouteSearch(benchmark::State& state) {
@@ -187,12 +181,13 @@ void BM_OpenRouteSearch(benchmark::State& state) {
   const TPointF a = doc.shapes.front()->FStartPt, b = doc.shapes.back()->FEndPt;
   net.dpConnect(a, b);
   std::vector<std::unique_ptr<TPW_Path>> stretches;
-  TOpenRow row = openRowAlong(net, net.FEndVertex, a, b, a, stretches);
+  const TOpenRow row = openRowAlong(net, net.FEndVertex, a, b, stretches);
+  const TRouteTrack track(row.FLegs);
   TStitchSettings s = uniformAuto();
   if (state.range(0) == 1) s.FAutoPitchStopGap = 0.0f;
   int trials = 0;
   for (auto _ : state) {
-    TDividerWalk walk(row.FRoute, row.FEnds, nullptr);
+    TDividerWalk walk(track);
     TPitchSearch search(walk, s, TKeepRule::Tool);
     search.run(4.0f, true);
     trials = search.trials();
@@ -208,14 +203,14 @@ void BM_OpenRouteTrial(benchmark::State& state) {
   const TPointF a = doc.shapes.front()->FStartPt, b = doc.shapes.back()->FEndPt;
   net.dpConnect(a, b);
   std::vector<std::unique_ptr<TPW_Path>> stretches;
-  TOpenRow row = openRowAlong(net, net.FEndVertex, a, b, a, stretches);
-  TDividerWalk walk(row.FRoute, row.FEnds, nullptr);
-  walk.setReference(state.range(0) == 1);
+  const TOpenRow row = openRowAlong(net, net.FEndVertex, a, b, stretches);
+  const TRouteTrack track(row.FLegs);
+  TDividerWalk walk(track);
   TTrial t;
-  for (auto _ : state) benchmark::DoNotOptimize(walk.tryPitch(4.0f, false, t));
+  for (auto _ : state) benchmark::DoNotOptimize(walk.tryPitch(4.0f, t));
   state.counters["positions"] = t.count();
 }
-BENCHMARK(BM_OpenRouteTrial)->Arg(0)->Arg(1)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_OpenRouteTrial)->Unit(benchmark::kMicrosecond);
 
 // Growing the network over the whole route and finding the way.
 void BM_OpenRouteNetwork(benchmark::State& state) {
@@ -259,7 +254,9 @@ void BM_RowAmongHoles(benchmark::State& state) {
     state.PauseTiming();
     TOpenRow row;
     row.FRoute = {route};
-    row.FEnds = TWalkEnds{route->FStartPt, route->FEndPt, route->FEndPt, route->FStartPt};
+    row.FLegs = {TTrackLeg{route, route->FStartPt, route->FEndPt}};
+    row.FStart = route->FStartPt;
+    row.FEnd = route->FEndPt;
     row.FHasEndVertex = true;
     TRowHoles holes = rowHoles();
     state.ResumeTiming();

@@ -23,8 +23,12 @@ PACKAGES=(
   libgtest-dev libgmock-dev googletest libbenchmark-dev
   # the mesh checker that reads exported solids back as slicers do
   admesh
+  # PDF pages rendered to pixels, to measure printed lengths in the tests
+  poppler-utils
   # a virtual display for screenshots of the real window
   xvfb xauth
+  # the README's examples talk to the local API with curl
+  curl
 )
 
 if [ "${1:-}" = "--tests" ]; then
@@ -48,7 +52,16 @@ fi
 
 echo "setup: installing ${missing[*]}"
 SUDO=""
-if [ "$(id -u)" -ne 0 ]; then SUDO="sudo"; fi
+if [ "$(id -u)" -ne 0 ]; then
+  if ! command -v sudo >/dev/null 2>&1; then
+    echo "setup: these Debian packages are missing: ${missing[*]}" >&2
+    echo "setup: installing them needs root, and sudo is not installed." >&2
+    echo "setup: run this script as root once (su -c ./scripts/setup.sh)," >&2
+    echo "setup: or ask your administrator to install the packages above." >&2
+    exit 1
+  fi
+  SUDO="sudo"
+fi
 export DEBIAN_FRONTEND=noninteractive
 $SUDO apt-get update -q
 $SUDO apt-get install -y -q --no-install-recommends "${missing[@]}"

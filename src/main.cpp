@@ -12,7 +12,7 @@
 #include "app/command_line.h"
 #include "app/demo_projects.h"
 #include "app/frm_pelw.h"
-#include "app/safe_file.h"
+#include "platform/safe_file.h"
 #include "app/sample_project_file.h"
 #include "exchange/export_command.h"
 #include "libraries/builtin_templates.h"
@@ -20,6 +20,8 @@
 #include "platform/qt/qt_dialogs.h"
 #include "platform/qt/qt_exchange_dialogs.h"
 #include "platform/qt/qt_main_thread.h"
+#include "platform/qt/qt_paper_device.h"
+#include "platform/qt/qt_print_service.h"
 #include "platform/qt/qt_pictures.h"
 #include "platform/qt/qt_png_image.h"
 #include "platform/qt/qt_text_layout.h"
@@ -52,7 +54,7 @@ int runWriteSample(int argc, char** argv, const TCommandLine& cl) {
   setTextLayout(&textLayoutService);
   int rc = 0;
   try {
-    writeFileAtomically(cl.writeSampleFile, cardHolderSampleFileText());
+    writeFileAtomically(cl.writeSampleFile, cardHolderSampleFileText(cl.writeSampleLanguage));
   } catch (const std::exception& e) {
     std::fprintf(stderr, "pelwright: %s\n", e.what());
     rc = 1;
@@ -68,6 +70,7 @@ int runWriteSample(int argc, char** argv, const TCommandLine& cl) {
 void connectController(TfrmPelw& form, QCoreApplication& app, const TCommandLine& cl) {
   form.FApiPort = cl.apiPort;
   form.FMakePngImage = makeQtPngImage;
+  form.FMakePdfDocument = makeQtPdfDocument;
   form.FFontExists = [](const std::string& family) {
     return QFontDatabase::families().contains(QString::fromStdString(family));
   };
@@ -95,6 +98,7 @@ int runExport(int argc, char** argv, const TCommandLine& cl) {
   int rc = 0;
   {
     TfrmPelw form;
+    form.FMakePdfDocument = makeQtPdfDocument;
     form.FFontExists = [](const std::string& family) {
       return QFontDatabase::families().contains(QString::fromStdString(family));
     };
@@ -135,12 +139,14 @@ int runWindow(int argc, char** argv, const TCommandLine& cl) {
   useQtTimers();
 
   TQtDialogs dialogs;
+  TQtPrintService printService;
   TQtExchangeDialogs exchangeDialogs;
   TfrmPelw form;
   form.FDialogs = &dialogs;
   dialogs.FPhrase = [&form](const char* key) {
     return QString::fromStdString(form.FMultiLang ? form.FMultiLang->getTranslation(form.FLangID, key) : std::string());
   };
+  form.FPrintService = &printService;
   form.FExchangeDialogs = &exchangeDialogs;
   form.FDemoSourcePath = shippedDemoFolder(QCoreApplication::applicationDirPath().toStdString());
   connectController(form, app, cl);
@@ -149,10 +155,12 @@ int runWindow(int argc, char** argv, const TCommandLine& cl) {
   {
     TMainWindow window(form);
     dialogs.setParent(&window);
+    printService.setParent(&window);
     exchangeDialogs.setParent(&window);
     window.show();
     rc = app.exec();
     dialogs.setParent(nullptr);
+    printService.setParent(nullptr);
     exchangeDialogs.setParent(nullptr);
   }
   form.FormDestroy();

@@ -235,6 +235,20 @@ void TPWMCPServer::createServer() {
   svr.set_keep_alive_max_count(1000000);
   svr.set_keep_alive_timeout(2);
   svr.set_payload_max_length(size_t(64) << 20);
+  // Replies the library writes by itself (a request it cannot read, an
+  // address or a body too long) get what every reply of the API has: the
+  // CORS header and a JSON body.
+  svr.set_error_handler(httplib::Server::HandlerWithResponse([](const httplib::Request&, httplib::Response& res) {
+    if (!res.has_header("Access-Control-Allow-Origin")) res.set_header("Access-Control-Allow-Origin", "*");
+    if (res.body.empty()) {
+      const char* what = res.status == 413 ? "request body too large"
+                         : res.status == 414 ? "request address too long"
+                         : res.status == 400 ? "bad request"
+                                             : "request refused";
+      res.set_content(mcpErrorBody(what), kJsonContentType);
+    }
+    return httplib::Server::HandlerResponse::Handled;
+  }));
 
   auto shared = FShared;
   auto onRequest = [shared](const httplib::Request& req, httplib::Response& res) {

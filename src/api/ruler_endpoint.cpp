@@ -147,6 +147,7 @@ std::string apiRuler(TfrmPelw& form, const std::string& body) {
 
   // A network of its own, grown for this call only.
   TVertexNetwork net(form.PathList.get(), form.FIntersections.get());
+  net.FGoalOnShapes = true;
   const bool connected = net.dpConnect(rp1, rp2);
   const TNetworkIndex index(net);
 

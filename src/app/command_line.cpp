@@ -36,9 +36,8 @@ TCommandLine parseExportLine(int argc, const char* const* argv) {
       cl.exportOutput = argv[++i];
     } else if (a == "--help" || a == "-h") {
       cl.help = true;
-    } else if (a == "--headless" || a == "--mcp" || a == "--write-sample" || a == "--write-templates" ||
-               a == "--api-port" ||
-               a.rfind("--api-port=", 0) == 0 ||
+    } else if (a == "--headless" || a == "--mcp" || a == "--write-sample" || a == "--write-sample-ja" ||
+               a == "--write-templates" || a == "--api-port" || a.rfind("--api-port=", 0) == 0 ||
                a == "--instance-id") {
       cl.error = a + " does not go with --export";
       return cl;
@@ -68,12 +67,13 @@ TCommandLine parseCommandLine(int argc, const char* const* argv) {
       cl.mcp = true;
     } else if (a == "--help" || a == "-h") {
       cl.help = true;
-    } else if (a == "--write-sample") {
+    } else if (a == "--write-sample" || a == "--write-sample-ja") {
       if (i + 1 >= argc || argv[i + 1][0] == '\0') {
-        cl.error = "--write-sample needs a file name";
+        cl.error = a + " needs a file name";
         return cl;
       }
       cl.writeSampleFile = argv[++i];
+      cl.writeSampleLanguage = a == "--write-sample" ? "en" : "ja";
     } else if (a == "--write-templates") {
       if (i + 1 >= argc || argv[i + 1][0] == '\0') {
         cl.error = "--write-templates needs a file name";
@@ -122,6 +122,8 @@ std::string commandLineHelp() {
          "  --write-sample FILE\n"
          "                    write the card holder sample project to FILE\n"
          "                    and end\n"
+         "  --write-sample-ja FILE\n"
+         "                    the same in Japanese\n"
          "  --write-templates FILE\n"
          "                    write the archive of the built-in templates (base64\n"
          "                    text) to FILE and end\n"

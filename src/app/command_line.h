@@ -10,8 +10,10 @@ struct TCommandLine {
   // --mcp: the assistant bridge on standard input and output (no window).
   bool mcp = false;
   int apiPort = 7777;
-  // --write-sample FILE: write the card holder sample project and end.
+  // --write-sample FILE (English) or --write-sample-ja FILE (Japanese):
+  // write the card holder sample project and end.
   std::string writeSampleFile;
+  std::string writeSampleLanguage = "en";
   // --write-templates FILE: write the built-in template archive and end.
   std::string writeTemplatesFile;
   // --export OUTPUT: convert a drawing without a window and end. Every

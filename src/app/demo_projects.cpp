@@ -4,7 +4,7 @@
 #include <system_error>
 
 #include "app/app_paths.h"
-#include "app/safe_file.h"
+#include "platform/safe_file.h"
 
 namespace fs = std::filesystem;
 

@@ -47,6 +47,10 @@
 #include "exchange/export_settings.h"
 // ---- end exchange ----
 #include "generators/jigsaw.h"
+// ---- printing ----
+#include "exchange/print_layout.h"
+#include "platform/paper_device.h"
+// ---- end printing ----
 
 class ICanvas;
 class IExchangeDialogs;
@@ -612,6 +616,34 @@ class TfrmPelw : public TViewState {
   // message and changes nothing. True when imported.
   bool importTranslationFile(const std::string& filename);
   // ==== end generators ====
+
+  // ==== printing and PDF (src/exchange/frm_pelw_print.cpp) ====
+  // The printer, its dialogs and the preview (none without a window), and
+  // PDF documents; the platform sets them.
+  IPrintService* FPrintService = nullptr;
+  TPdfDocumentFactory FMakePdfDocument;
+  // The preview's boxes and the papers, kept for the next print.
+  TPrintSwitches FPrintSwitches;
+  TPaperSetup FPrinterPaper;
+  TPaperSetup FPdfPaper;
+  // The pages of the last print or PDF, shown on the canvas as print areas.
+  std::unique_ptr<TPrintLayout> FPrintLayout;
+  std::unique_ptr<ITimer> timerPrint;
+  // Nothing to print, the note on the scales, the printer dialog; then
+  // timerPrint starts the print run.
+  void actPrint();
+  // The print run: the preview, then the sheets of the chosen printer.
+  void printRun();
+  // The preview with the PDF's paper, then the file: written whole or not at all.
+  void actExportAsPDF();
+  void actShowHidePrintAreas();
+  // The document's pages on `paper`, with the options' calibration and the
+  // kept boxes; tiled anew when the drawing needs more than the one page
+  // a document starts with. Null for an empty drawing.
+  std::unique_ptr<TPrintLayout> makePrintLayout(const TPaperSetup& paper);
+  // The printed pages of `layout` as a PDF file's bytes; "" or why not.
+  std::string makePdfBytes(const TPrintLayout& layout, std::string& bytes);
+  // ==== end printing ====
 
  private:
   friend class TSeamEdits;  // the hit test, messages and phrases

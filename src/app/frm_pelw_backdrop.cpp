@@ -7,7 +7,7 @@
 
 #include "app/frm_pelw.h"
 #include "app/number_box.h"
-#include "app/safe_file.h"
+#include "platform/safe_file.h"
 #include "document/point_helpers.h"
 #include "libraries/picture_codec.h"
 
@@ -130,7 +130,7 @@ bool TfrmPelw::addBackdropsFromPdf(const std::string& filename) {
   }
   TPdfOpenState state = TPdfOpenState::NotPdf;
   std::string error;
-  std::unique_ptr<IPdfDocument> doc = reader->open(filename, "", state, error);
+  std::unique_ptr<IPdfPages> doc = reader->open(filename, "", state, error);
   for (int tries = 0; !doc && (state == TPdfOpenState::NeedsPassword || state == TPdfOpenState::WrongPassword) && tries < 3;
        ++tries) {
     if (state == TPdfOpenState::WrongPassword) showFault(phrase("WrongPassword"));

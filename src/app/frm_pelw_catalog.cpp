@@ -4,7 +4,7 @@
 #include <filesystem>
 
 #include "app/frm_pelw.h"
-#include "app/safe_file.h"
+#include "platform/safe_file.h"
 #include "libraries/picture_codec.h"
 
 namespace {

@@ -9,7 +9,7 @@
 #include "app/app_paths.h"
 #include "app/frm_pelw.h"
 #include "app/project_reader.h"
-#include "app/safe_file.h"
+#include "platform/safe_file.h"
 #include "document/json_value_forms.h"
 #include "document/shape_normalise.h"
 
@@ -79,6 +79,8 @@ bool TfrmPelw::loadProjectText(const std::string& filename, const std::string& b
   actResetView();
   repairStitchLinks(*PathList);
   PathList->restoreLayers();
+  // New shapes must go to a layer the loaded file has.
+  if (!PathList->hasLayer(FActiveLayer) && !PathList->FLayers.empty()) FActiveLayer = PathList->FLayers.front();
   PathList->countNumOfAlwaysShowStitchSimulator();
   afterDocumentReplaced();
 

@@ -5,7 +5,7 @@
 #include "app/app_paths.h"
 #include "app/frm_pelw.h"
 #include "app/project_reader.h"
-#include "app/safe_file.h"
+#include "platform/safe_file.h"
 
 namespace {
 

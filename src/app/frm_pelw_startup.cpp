@@ -11,7 +11,7 @@
 #include "app/demo_projects.h"
 #include "app/frm_pelw.h"
 #include "app/ini_file.h"
-#include "app/safe_file.h"
+#include "platform/safe_file.h"
 #include "app/stitch_options.h"
 #include "document/number_text.h"
 
@@ -42,17 +42,18 @@ void TfrmPelw::showFault(const std::string& text) { dialogs().showMessage(text);
 void TfrmPelw::FormCreate(const std::vector<std::string>& args) {
   if (FCreated) return;
   FCreated = true;
-  // 1. Flags.
+  // The canvas starts dark.
   FIsBlackBackgroundMode = true;
-  // 2. Phrase tables (the window builds its language menu from them).
+  // Every text shown comes from the phrase table, and the window builds its
+  // language menu from it: it comes first.
   FMultiLang = std::make_unique<TMultiLang>();
   FMultiLang->loadBuiltinPhrases();
-  // 3. The number that names this instance's autosave file.
+  // Each running copy writes its own autosave file, named by this number.
   FRandomStr = randomInstanceNumber();
-  // 4. Options at their defaults; no undo levels yet.
+  // Factory options until the file is read; no undo levels yet.
   FOptions = TPW_Options{};
   clearUndo();
-  // 5. Folders.
+  // The data folders the libraries and the irons live in.
   if (FAppDataPath.empty()) FAppDataPath = defaultAppDataPath();
   ensureFolder(FAppDataPath);
   FRepositoryPath = joinPath(FAppDataPath, "repository");
@@ -62,14 +63,15 @@ void TfrmPelw::FormCreate(const std::vector<std::string>& args) {
   // What saves cut short by a crash left behind.
   for (const std::string& folder : {FAppDataPath, FRepositoryPath, FCatalogPath, joinPath(FAppDataPath, "demo")})
     removeLeftoverTemporaries(folder);
-  // 6, 7. Palette at its factory rows; drawing defaults from row 0.
+  // The palette at its factory rows until the options overlay them.
   FPalletList = TPalletList();
   clearBackdrops();
   FCopyBuffer.clear();
-  // 8. Irons: the file, or the built-in table.
+  // The user's irons, or the built-in table when there is no iron file.
   FIronStartup = loadPrickingIronsAtStartup(FPrickingIronGroups,
                                             joinPath(FAppDataPath, kPrickingIronFileName), "en");
-  // 9. Options, then the irons added to the table since the user's file.
+  // The options, then the irons the built-in table gained since the user's
+  // file was written (the options remember which were offered).
   readOptionsFile();
   stitchOptionsChanged(true);
   addNewSystemIronsOnce(FPrickingIronGroups, FIronStartup, FOptions.FNewPrickingIronsAdded, "en");
@@ -84,17 +86,17 @@ void TfrmPelw::FormCreate(const std::vector<std::string>& args) {
   FViewOptions.FHighlightSnapTargets = FOptions.FHighlightSnapTargets;
   setUnitMode(FOptions.FUnitMode);
   setBackgroundMode(FIsBlackBackgroundMode);
-  // 10. Language.
+  // The language: the options', else the system's, else English.
   std::string lang = FOptions.FLangID;
   if (lang.empty() || !FMultiLang->isSupported(lang)) {
     lang = systemLanguage();
     if (lang.empty() || !FMultiLang->isSupported(lang)) lang = "en";
   }
-  // 13. The document (before the language, which names its layers).
+  // The document exists before the language is set, which names its layers.
   PathList = std::make_unique<TShapeList>(FMultiLang.get(), lang);
   FIntersections = std::make_unique<TIntersections>();
   setLanguage(lang);
-  // 11. Default text font.
+  // The font new text takes, one the language's users are likely to have.
   FDefaultFont = FOptions.FDefaultFont;
   if (FDefaultFont.empty()) {
     if (FLangID == "ja") FDefaultFont = "メイリオ";
@@ -109,7 +111,8 @@ void TfrmPelw::FormCreate(const std::vector<std::string>& args) {
   // With no window there is no canvas to measure: a common window's
   // drawing area, so that fitting the view gives sensible numbers.
   if (FHeadless && (FPboxWidth <= 0 || FPboxHeight <= 0)) pboxResize(kHeadlessCanvasWidth, kHeadlessCanvasHeight);
-  // 16. The command line, else a leftover autosave file, else a new document.
+  // What to show: the file named on the command line, else work an earlier
+  // run left unsaved, else a new document.
   const TCommandLineStart start = handleCommandLine(args);
   bool loaded = start.FProjectLoaded;
   if (!start.FCountsAsOpened) loaded = recoverAutosave();
@@ -117,9 +120,9 @@ void TfrmPelw::FormCreate(const std::vector<std::string>& args) {
     takeSnapshot();
     setChanged(false);
   }
-  // 17. Layer panel.
+  // The layer panel shows the document's layers.
   if (FProgramHost.layerPanelChanged) FProgramHost.layerPanelChanged();
-  // 18. The demo, for a person who opened nothing.
+  // A person who opened nothing sees the demo project.
   if (!FHeadless && !loaded && FOptions.FLoadDemoProjectAtStartup) openDemoProject();
   else if (PathList->empty()) PathList->clearPrintPagesInfo();
   // A signal may have ended the program while a message was shown.
@@ -129,7 +132,8 @@ void TfrmPelw::FormCreate(const std::vector<std::string>& args) {
   TimerAutoSave->setInterval(1000);
   TimerAutoSave->setOnTimer([this] { TimerAutoSaveTimer(); });
   TimerAutoSave->start();
-  // 20. Last, the local API when the options file switches it on.
+  // Last, the local API, when the options file switches it on: requests
+  // may come at once and find everything in place.
   FRouter.setRoutes(buildMcpRoutes(*this));
   startMCPServerIfEnabled();
 }

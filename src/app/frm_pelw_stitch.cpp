@@ -113,7 +113,7 @@ std::vector<TPW_Path*> TfrmPelw::stitchHitTest(const TPointF& point) const {
   for (auto it = PathList->items().rbegin(); it != PathList->items().rend(); ++it) {
     TPW_Path* s = it->get();
     if (FPaintPalette) {
-      const int row = s->FShapeType == ShapeType::Hole ? kStitchingHolePaletteRow : s->FPalletIndex;
+      const int row = s->FShapeType == ShapeType::Hole ? kStitchHolePalletIndex : s->FPalletIndex;
       if (FPaintPalette->contains(row) && !FPaintPalette->row(row).FIsVisible) continue;
     }
     if (!PathList->GetlayerVisible(s->FLayerID) || s->FLayerID != FActiveLayer) continue;
@@ -201,8 +201,8 @@ void TfrmPelw::placeOnClosedPath(const std::vector<TPW_Path*>& shapes, const TPo
                   [this](std::unique_ptr<TPW_Path> h) { return addShapeToDocument(std::move(h), FActiveLayer); },
                   FLastStitch);
   const TClosedOutcome out = ::placeOnClosedPath(shapes, startPt, FStitchSettings, holes);
-  count = out.FCount;
-  pitch = out.FPitch;
+  count = out.count();
+  pitch = static_cast<float>(out.pitch());
   noteLastStitch();
 }
 
@@ -293,7 +293,7 @@ void TfrmPelw::stitchClickedAt(const TPointF& point, bool shift) {
 
   // The route, the end's stretch first; these temporaries live for this click.
   std::vector<std::unique_ptr<TPW_Path>> route;
-  TOpenRow row = openRowAlong(*FVertexNetwork, vertex, FStitchRealLastPos, point, FStitchRealLastPos, route);
+  TOpenRow row = openRowAlong(*FVertexNetwork, vertex, FStitchRealLastPos, point, route);
 
   if (const std::string refusal = rowSizeRefusal(row.FRoute, FStitchSettings, false); !refusal.empty()) {
     FStitchMessage = refusal;
@@ -313,17 +313,13 @@ void TfrmPelw::stitchClickedAt(const TPointF& point, bool shift) {
   }
   if (out.FAbandoned || out.FNoTrial) return;
 
-  const std::string autoPitch = stitchPhrase("AutoPitch", "Auto pitch: ") + "  ";
-  if (out.FCornerMethod) {
-    finishStitching(out.FCount, autoPitch + FormatLength(out.chainPitch(false, FStitchSettings.FPitch), lengthSettings()));
-    return;
-  }
-  const int shown = FStitchSettings.isCount() ? out.FPositions : out.FCount;
+  // The labels tell what was made: the holes and their mean spacing; with a
+  // fixed pitch, the pitch that would have closed the row.
   const std::string length =
-      FStitchSettings.isFixed()
+      FStitchSettings.isFixed() && !out.FCornerMethod
           ? stitchPhrase("EstimatedBestPitch", "Estimated best pitch: ") + "  " + FormatLength(out.FEstimate, lengthSettings())
-          : autoPitch + FormatLength(out.madePitch(), lengthSettings());
-  finishStitching(shown, length);
+          : stitchPhrase("AutoPitch", "Auto pitch: ") + "  " + FormatLength(out.pitch(), lengthSettings());
+  finishStitching(out.count(), length);
 }
 
 // ---- the press of the iron ----

@@ -51,7 +51,7 @@ int TfrmPelw::apiAddStitchHole(const TStitchHoleRequest& request) {
   const int layer = request.FLayerId.value_or(FActiveLayer);
   TPrickingIron* iron = stitchIron();
   TBladeTypeLoan loan(iron, bladeTypeOfStitchName(request.FStitchType));
-  auto hole = std::make_unique<TPW_Path>(kStitchingHolePaletteRow, FColor_StitchingHole, request.FThickness,
+  auto hole = std::make_unique<TPW_Path>(kStitchHolePalletIndex, FColor_StitchingHole, request.FThickness,
                                          request.FDash, PathList->getNextID());
   hole->createStichPath(request.FCenter, FIsInvertedStitchMode, iron, request.FAngle, 0.0f);
   TPW_Path* added = addShapeToDocument(std::move(hole), layer);
@@ -67,6 +67,7 @@ TfrmPelw::TStitchReply TfrmPelw::apiStitchAlongPath(const TStitchAlongPathReques
     return reply;
   }
   TVertexNetwork network(PathList.get(), FIntersections.get());
+  network.FGoalOnShapes = true;
   if (!network.dpConnect(request.FStartPoint, request.FEndPoint)) {
     reply.FError = "no route found between startPoint and endPoint";
     return reply;
@@ -77,7 +78,7 @@ TfrmPelw::TStitchReply TfrmPelw::apiStitchAlongPath(const TStitchAlongPathReques
     return reply;
   }
   std::vector<std::unique_ptr<TPW_Path>> route;
-  TOpenRow row = openRowAlong(network, endVertex, request.FStartPoint, request.FEndPoint, request.FStartPoint, route);
+  TOpenRow row = openRowAlong(network, endVertex, request.FStartPoint, request.FEndPoint, route);
 
   TStitchSettings settings = FStitchSettings;
   const std::string mode = lowerCase(request.FMode);
@@ -92,8 +93,8 @@ TfrmPelw::TStitchReply TfrmPelw::apiStitchAlongPath(const TStitchAlongPathReques
   // methods lay theirs as the tool does.
   THoleLook look{FColor_StitchingHole, 1.0f, TStrokeDash::Dot};
   const bool cornerMethod = settings.FCornerMode < kCornerUniform && !row.FRoute.empty();
-  if (!cornerMethod && FPaintPalette && FPaintPalette->contains(kStitchingHolePaletteRow)) {
-    const TPaletteLook row36 = FPaintPalette->row(kStitchingHolePaletteRow);
+  if (!cornerMethod && FPaintPalette && FPaintPalette->contains(kStitchHolePalletIndex)) {
+    const TPaletteLook row36 = FPaintPalette->row(kStitchHolePalletIndex);
     look = THoleLook{row36.colorFor(FIsBlackBackgroundMode), row36.FThickness, row36.FDash};
   }
   const int layer = request.FLayerId.value_or(FActiveLayer);
@@ -111,15 +112,10 @@ TfrmPelw::TStitchReply TfrmPelw::apiStitchAlongPath(const TStitchAlongPathReques
   }
   for (const TPW_Path* h : out.FMade) reply.FCreatedIds.push_back(h->FID);
   reply.FOk = true;
-  if (out.FCornerMethod) {
-    reply.FChainPlacement = true;
-    reply.FCornerMode = settings.FCornerMode;
-    reply.FHoleCount = out.FCount;
-    reply.FActualPitchMm = static_cast<float>(out.chainPitch(false, settings.FPitch));
-  } else {
-    reply.FHoleCount = static_cast<int>(out.FMade.size());
-    reply.FActualPitchMm = out.FBestPitch;
-  }
+  reply.FChainPlacement = out.FCornerMethod;
+  reply.FCornerMode = settings.FCornerMode;
+  reply.FHoleCount = out.count();
+  reply.FActualPitchMm = static_cast<float>(out.pitch());
   if (!out.FMade.empty()) {
     RepaintCanvas();
     finishDocumentChange();
@@ -188,7 +184,7 @@ TfrmPelw::TStitchReply TfrmPelw::apiStitchLoop(const TStitchLoopRequest& request
   for (const auto& s : *PathList)
     if (s->FShapeType == ShapeType::Hole && !before.count(s->FID)) reply.FCreatedIds.push_back(s->FID);
   reply.FOk = true;
-  reply.FHoleCount = count;
+  reply.FHoleCount = static_cast<int>(reply.FCreatedIds.size());
   reply.FActualPitchMm = pitch;
   return reply;
 }

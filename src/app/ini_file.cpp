@@ -6,7 +6,7 @@
 #include <fstream>
 #include <sstream>
 
-#include "app/safe_file.h"
+#include "platform/safe_file.h"
 #include "document/number_text.h"
 
 namespace {
@@ -114,9 +114,14 @@ int TIniFile::ReadInteger(const std::string& section, const std::string& key, in
 bool TIniFile::ReadBool(const std::string& section, const std::string& key, bool def) const {
   const std::string* v = find(section, key);
   if (!v) return def;
-  if (*v == "1" || equalsNoCase(*v, "true")) return true;
-  if (*v == "0" || equalsNoCase(*v, "false")) return false;
-  return def;
+  if (equalsNoCase(*v, "true")) return true;
+  if (equalsNoCase(*v, "false")) return false;
+  // A whole number: any but 0 is true (-1 is how true is often written).
+  const char* s = v->c_str();
+  char* end = nullptr;
+  const long n = std::strtol(s, &end, 10);
+  if (end == s || *end != '\0') return def;
+  return n != 0;
 }
 
 double TIniFile::ReadFloat(const std::string& section, const std::string& key, double def) const {

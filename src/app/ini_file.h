@@ -23,7 +23,8 @@ class TIniFile {
   std::string ReadString(const std::string& section, const std::string& key,
                          const std::string& def) const;
   int ReadInteger(const std::string& section, const std::string& key, int def) const;
-  // Reads "1", "0", "true", "false" (any case); anything else gives def.
+  // Reads "true", "false" (any case) or a whole number, any but 0 being
+  // true; anything else gives def.
   bool ReadBool(const std::string& section, const std::string& key, bool def) const;
   // A comma is taken as the decimal mark too.
   double ReadFloat(const std::string& section, const std::string& key, double def) const;

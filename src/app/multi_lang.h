@@ -9,13 +9,15 @@
 #include <unordered_map>
 #include <vector>
 
+#include "document/phrase_lookup.h"
+
 // One language's table: key -> phrase.
 class TIndividualLang {
  public:
   std::unordered_map<std::string, std::string> FDict;
 };
 
-class TMultiLang {
+class TMultiLang : public IPhraseLookup {
  public:
   // Language code -> its table; owned.
   std::unordered_map<std::string, TIndividualLang> FLangDict;
@@ -25,7 +27,7 @@ class TMultiLang {
   // The phrase; the English one when the language lacks the key; empty when
   // the language has no table at all or neither it nor English has the key.
   // A missing phrase is never an error.
-  std::string getTranslation(const std::string& ALangID, const std::string& key) const;
+  std::string getTranslation(const std::string& ALangID, const std::string& key) const override;
   void clearLanguages();
   // True when the language has a table.
   bool isSupported(const std::string& ALangID) const;

@@ -128,24 +128,29 @@ TProjectContent readProjectFileText(const std::string& bytes, const TProjectRead
   std::vector<std::unique_ptr<TPW_Path>> shapes;
   std::string topKey;
   bool inShapes = false;
+  size_t elements = 0;  // of "shapes", so far
   const J::parser_callback_t callback = [&](int depth, J::parse_event_t event, J& parsed) {
     if (depth == 1) {
       if (event == J::parse_event_t::key) topKey = parsed.get<std::string>();
       else if (event == J::parse_event_t::array_start) inShapes = topKey == "shapes";
       else if (event == J::parse_event_t::array_end || event == J::parse_event_t::object_end) inShapes = false;
-    } else if (depth == 2 && inShapes && event == J::parse_event_t::object_end) {
-      // Read at once and dropped from the tree.
-      shapes.push_back(readOneShape(parsed, shapes.size(), c));
-      return false;
+    } else if (depth == 2 && inShapes) {
+      if (event == J::parse_event_t::object_start || event == J::parse_event_t::array_start ||
+          event == J::parse_event_t::value) {
+        ++elements;
+        if (event != J::parse_event_t::object_start)
+          throw TJsonFormError("shape " + std::to_string(elements) + " is not a JSON object");
+      } else if (event == J::parse_event_t::object_end) {
+        // Read at once and dropped from the tree.
+        shapes.push_back(readOneShape(parsed, elements - 1, c));
+        return false;
+      }
     }
     return true;
   };
   TParsedJsonText parsed = parseJsonFileText(bytes, callback);
   state = parsed.FState;
   if (state != TJsonTextState::Object) return {};
-  const auto* rest = findKey(parsed.FRoot, "shapes");
-  if (rest && rest->is_array() && !rest->empty())
-    throw TJsonFormError("shape " + std::to_string(shapes.size() + 1) + " is not a JSON object");
   return readProjectObject(parsed.FRoot, c, &shapes);
 }
 
@@ -161,6 +166,9 @@ TProjectContent readProjectObject(const nlohmann::ordered_json& root, const TPro
   if (const auto* meta = findKey(root, "meta"); meta && meta->is_object())
     if (const auto* memo = findKey(*meta, "memo")) list.FMemo = readText(*memo, "key \"meta\".\"memo\"");
   readLayers(root, list);
+  // The curves of true ellipses join the active layer, or where the file
+  // has no such layer, its first.
+  const int activeLayer = list.hasLayer(c.FActiveLayer) ? c.FActiveLayer : list.FLayers.front();
 
   std::vector<TPW_Path*> renumber;
   std::unordered_set<int> seen;
@@ -186,7 +194,7 @@ TProjectContent readProjectObject(const nlohmann::ordered_json& root, const TPro
         for (auto& curve : curves) {
           curve->FSelected = raw->FSelected;
           renumber.push_back(curve.get());
-          list.add(std::move(curve), c.FActiveLayer);
+          list.add(std::move(curve), activeLayer);
         }
         continue;
       }

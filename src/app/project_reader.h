@@ -16,12 +16,12 @@
 #include "document/shape_list.h"
 #include "geometry/ellipse_to_beziers.h"
 
-class TMultiLang;
+class IPhraseLookup;
 class TPrickingIronGroups;
 class TPalletList;
 
 struct TProjectReadContext {
-  const TMultiLang* FMultiLang = nullptr;
+  const IPhraseLookup* FMultiLang = nullptr;
   std::string FLangID = "en";
   // Irons of holes are looked up here; an unknown one is made here.
   TPrickingIronGroups* FIrons = nullptr;

@@ -151,14 +151,14 @@ struct TBuilder {
     }
   }
 
-  void text(const std::string& t, TPointF at, float size) {
-    add(kTextRow, 0xFFFFFFFF, 1.0f, TStrokeDash::Solid).drawTextPath(t, at, size, 0, "DejaVu Sans", 0, 1);
+  void text(const std::string& t, TPointF at, float size, const std::string& font) {
+    add(kTextRow, 0xFFFFFFFF, 1.0f, TStrokeDash::Solid).drawTextPath(t, at, size, 0, font, 0, 1);
   }
 };
 
 }  // namespace
 
-void buildCardHolderSample(TShapeList& list, TPrickingIron* iron) {
+void buildCardHolderSample(TShapeList& list, TPrickingIron* iron, const std::string& langID) {
   const int layer = list.FLayers.empty() ? 0 : list.FLayers.front();
   TBuilder b{list, layer};
   const TAlphaColor outline = 0xFF00FFFF, stitchLine = 0xFFFFFF00;
@@ -171,10 +171,12 @@ void buildCardHolderSample(TShapeList& list, TPrickingIron* iron) {
   const auto pocketStitch = openAtTheTop(3, 88, 97, 127, 5);
   b.draw(roundedRect(0, 85, 100, 130, 8), kOutlineRow, outline, 1.5f, TStrokeDash::Solid);
   b.draw(pocketStitch, kStitchRow, stitchLine, 1.1f, TStrokeDash::Dash);
-  b.text("Card holder - body, cut 1", TPointF(10, 20), 5);
-  b.text("Diamond iron 3.85 mm, 3 mm in", TPointF(10, 30), 4);
-  b.text("Pocket, cut 1", TPointF(10, 105), 5);
-  b.text("Round corners R8", TPointF(10, 115), 4);
+  const bool ja = langID == "ja";
+  const std::string font = ja ? "IPAGothic" : "DejaVu Sans";
+  b.text(ja ? "カードケース 本体 1枚" : "Card holder - body, cut 1", TPointF(10, 20), 5, font);
+  b.text(ja ? "菱目打ち 3.85 mm、縁から 3 mm" : "Diamond iron 3.85 mm, 3 mm in", TPointF(10, 30), 4, font);
+  b.text(ja ? "ポケット 1枚" : "Pocket, cut 1", TPointF(10, 105), 5, font);
+  b.text(ja ? "角丸 R8" : "Round corners R8", TPointF(10, 115), 4, font);
   if (!iron) return;
   // Sewn clockwise from the end of the top left corner.
   std::vector<TLinePiece> bodyRow(bodyStitch.begin() + 1, bodyStitch.end());

@@ -4,6 +4,8 @@
 // until it ships as a project file.
 #pragma once
 
+#include <string>
+
 class TShapeList;
 struct TPrickingIron;
 
@@ -20,5 +22,6 @@ inline constexpr float kCardHolderIronPitch = 3.85f;
 // end of the top left corner; the pocket's row is open at the top, where
 // the cards go in: 45 holes from its top left down, along the bottom and up
 // the right side. Each row closes evenly, the pitch stretched a little from
-// the iron's to fit the stitch line.
-void buildCardHolderSample(TShapeList& list, TPrickingIron* iron);
+// the iron's to fit the stitch line. The notes are in Japanese for "ja",
+// else in English.
+void buildCardHolderSample(TShapeList& list, TPrickingIron* iron, const std::string& langID = "en");

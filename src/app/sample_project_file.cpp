@@ -2,6 +2,7 @@
 
 #include <cstdio>
 
+#include "app/multi_lang.h"
 #include "app/sample_card_holder.h"
 #include "document/project_json.h"
 #include "document/shape_normalise.h"
@@ -17,12 +18,15 @@ std::string cardHolderSampleGuidText(int id) {
   return text;
 }
 
-std::string cardHolderSampleFileText() {
+std::string cardHolderSampleFileText(const std::string& langID) {
   TPrickingIronGroups irons;
-  irons.append(buildSystemIronGroups("en"));
-  // A new list is a new project's document: one layer, the print area lists.
-  TShapeList list(nullptr, "en");
-  buildCardHolderSample(list, irons.findIron(kCardHolderIronBlade, kCardHolderIronPitch));
+  irons.append(buildSystemIronGroups(langID));
+  // A new list is a new project's document: one layer named from the phrase
+  // table, the print area lists.
+  TMultiLang phrases;
+  phrases.loadBuiltinPhrases();
+  TShapeList list(&phrases, langID);
+  buildCardHolderSample(list, irons.findIron(kCardHolderIronBlade, kCardHolderIronPitch), langID);
   for (const auto& shape : list) {
     TGUID::tryParse(cardHolderSampleGuidText(shape->FID), shape->FGUID);
     // As every change of the program leaves a line: ends and centre rounded.

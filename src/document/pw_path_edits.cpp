@@ -56,12 +56,12 @@ void TPW_Path::convertArcToBezier() {
 std::vector<std::unique_ptr<TPW_Path>> TPW_Path::splitArc() {
   std::vector<std::unique_ptr<TPW_Path>> pieces;
   if (FShapeType != ShapeType::Arc || std::fabs(FSweepAngle) <= 90.0f) return pieces;
-  // Always one piece more than the whole quarter turns: a half turn gives
-  // three pieces of 60 degrees, not two of 90. Kept as the tools expect it.
-  const int n = static_cast<int>(std::trunc(std::fabs(double(FSweepAngle)) / 90.0)) + 1;
+  // As few equal pieces as keep each within a quarter turn: 270 degrees
+  // gives three of 90, 100 degrees two of 50.
+  const int n = static_cast<int>(std::ceil(std::fabs(double(FSweepAngle)) / 90.0));
   const float step = static_cast<float>(double(FSweepAngle) / n);
   const TPointF radius(FWidth, FHeight);
-  while (std::fabs(FSweepAngle) > 90.0f) {
+  for (int i = 1; i < n; ++i) {
     auto piece = createCopy();
     const TPointF end = rotatePointAbout(FStartPt, step, FCenter);
     piece->FEndPt = end;

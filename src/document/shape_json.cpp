@@ -13,7 +13,7 @@
 #include "document/json_value_forms.h"
 #include "document/number_text.h"
 #include "document/pw_path.h"
-#include "stitching/pricking_iron.h"
+#include "document/hole_iron.h"
 
 void TPW_Path::toJson(TJsonTextWriter& w) const {
   const bool hole = FShapeType == "S_HOLE";

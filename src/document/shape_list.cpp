@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
-#include "app/multi_lang.h"
+#include "document/phrase_lookup.h"
 
-TShapeList::TShapeList(const TMultiLang* AMultilang, const std::string& ALangID)
+TShapeList::TShapeList(const IPhraseLookup* AMultilang, const std::string& ALangID)
     : FMultiLang(AMultilang), FLangID(ALangID) {
   addLayer(-1, "", true);
   clearPrintPagesInfo();

@@ -12,11 +12,11 @@
 #include "document/pw_path.h"
 #include "document/types.h"
 
-class TMultiLang;
+class IPhraseLookup;
 
 class TShapeList {
  public:
-  TShapeList(const TMultiLang* AMultilang, const std::string& ALangID);
+  TShapeList(const IPhraseLookup* AMultilang, const std::string& ALangID);
   ~TShapeList();
   TShapeList(const TShapeList&) = delete;
   TShapeList& operator=(const TShapeList&) = delete;
@@ -27,7 +27,7 @@ class TShapeList {
   std::map<int, bool> FLayerVisible;
   // Shapes on an independent layer take no part in crossings with others.
   std::map<int, bool> FIsIndependentLayer;
-  const TMultiLang* FMultiLang;  // not owned
+  const IPhraseLookup* FMultiLang;  // not owned
   std::string FLangID;
   std::vector<std::unique_ptr<TShapeList>> FSubGroups;
   // Print areas: three lists of equal length, never empty after

@@ -100,6 +100,9 @@ struct TPathInterval {
   TPointF Ed;
 };
 
+// The line palette row every stitching hole takes.
+inline constexpr int kStitchHolePalletIndex = 36;
+
 // Date-time as days since 1899-12-30 in a double, local time.
 using TDateTime = double;
 TDateTime nowDateTime();

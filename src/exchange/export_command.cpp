@@ -76,12 +76,17 @@ TExportLine parseExportLine(const std::string& output, const std::vector<std::st
       return line;
     }
     std::string value;
-    if (!option->FValues.empty()) {
+    if (!option->FValues.empty() || !option->FValueName.empty()) {
       if (eq != std::string::npos) value = a.substr(eq + 1);
       else if (i + 1 < args.size()) value = args[++i];
       else {
-        line.FUsageError = name + " needs a value: " + joined(option->FValues, " or ");
+        line.FUsageError = name + " needs a value: " +
+                           (option->FValues.empty() ? option->FValueName : joined(option->FValues, " or "));
         return line;
+      }
+      if (option->FValues.empty()) {
+        line.FArgs.FValues[name] = value;
+        continue;
       }
       const auto known = std::find_if(option->FValues.begin(), option->FValues.end(),
                                       [&](const std::string& v) { return lowerCase(v) == lowerCase(value); });
@@ -114,7 +119,8 @@ std::string exportCommandHelp() {
   for (const TExportFormat& f : exportFormats()) {
     s += "    " + f.FExtension + std::string(8 - std::min<size_t>(7, f.FExtension.size()), ' ') + f.FSummary + "\n";
     for (const TExportOption& o : f.FOptions) {
-      std::string head = "      " + o.FName + (o.FValues.empty() ? "" : " " + joined(o.FValues, "|"));
+      const std::string takes = o.FValues.empty() ? o.FValueName : joined(o.FValues, "|");
+      std::string head = "      " + o.FName + (takes.empty() ? "" : " " + takes);
       if (head.size() < 30) head += std::string(30 - head.size(), ' ');
       else head += "\n" + std::string(30, ' ');
       s += head + o.FHelp + "\n";

@@ -21,6 +21,9 @@ struct TExportOption {
   std::string FName;
   std::vector<std::string> FValues;  // the values it takes; empty for a switch
   std::string FHelp;
+  // An option that takes a value of its own, such as a length, is named
+  // by what it takes ("MM") and has no FValues; the exporter checks it.
+  std::string FValueName = {};
 };
 
 // The options given, by name; a switch maps to "".

@@ -6,6 +6,7 @@
 #include "document/project_json.h"
 #include "exchange/dxf_export.h"
 #include "exchange/export_command.h"
+#include "exchange/pdf_export.h"
 #include "exchange/stl_export.h"
 #include "exchange/svg_export.h"
 
@@ -72,6 +73,7 @@ const std::vector<TExportFormat>& exportFormats() {
         {"--dxf-flip-y", {}, "R12: turn y upwards (R14 always does)"},
         kHolesAsDots},
        exportDxf},
+      {".pdf", "PDF at the paper's true size, tiled when the drawing is larger", pdfExportOptions(), exportPdf},
       {".stl",
        "binary STL solid of the closed outlines; settings from STLExport.ini",
        {{"--stl-mode", {"pattern", "jig"}, "the plate of the pattern, or the positioning jig"}},

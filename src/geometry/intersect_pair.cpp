@@ -12,11 +12,17 @@ namespace {
 
 enum class TPairKind { None, Line, Arc, Ellipse, Bezier };
 
+bool isRound(const TPW_Path& ellipse) {
+  return std::fabs(double(ellipse.FWidth) - ellipse.FHeight) <= 1e-6 * std::fabs(double(ellipse.FWidth));
+}
+
 TPairKind pairKindOf(const TPW_Path& s) {
   if (s.FIsDimensionLine) return TPairKind::None;
   if (s.FShapeType == ShapeType::Line) return TPairKind::Line;
   if (s.FShapeType == ShapeType::Arc) return TPairKind::Arc;
-  if (s.FShapeType == ShapeType::Ellipse) return TPairKind::Ellipse;
+  // A circle is solved exactly; an ellipse that isn't round by the pieces
+  // of its path, like a curve.
+  if (s.FShapeType == ShapeType::Ellipse) return isRound(s) ? TPairKind::Ellipse : TPairKind::Bezier;
   if (s.FShapeType == ShapeType::Bezier) return TPairKind::Bezier;
   return TPairKind::None;
 }
@@ -148,8 +154,11 @@ TDPoint shapeTangentAt(const TPW_Path& shape, double x, double y) {
     tx = double(shape.FEndPt.x) - shape.FStartPt.x;
     ty = double(shape.FEndPt.y) - shape.FStartPt.y;
   } else if (shape.FShapeType == ShapeType::Arc || shape.FShapeType == ShapeType::Ellipse) {
-    tx = -(y - shape.FCenter.y);
-    ty = x - shape.FCenter.x;
+    // Across the radius, scaled to the ellipse's axes.
+    const double a = shape.FShapeType == ShapeType::Ellipse ? shape.FWidth / 2.0 : 1.0;
+    const double b = shape.FShapeType == ShapeType::Ellipse ? shape.FHeight / 2.0 : 1.0;
+    tx = -(y - shape.FCenter.y) * (b > 0.0 ? a / b : 1.0);
+    ty = (x - shape.FCenter.x) * (a > 0.0 ? b / a : 1.0);
   } else if (shape.FShapeType == ShapeType::Bezier) {
     const TBezier b = bezierOf(shape);
     double bestT = 0.0, bestD = std::numeric_limits<double>::infinity();

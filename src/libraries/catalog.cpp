@@ -8,7 +8,7 @@
 #include <sstream>
 
 #include "app/app_paths.h"
-#include "app/safe_file.h"
+#include "platform/safe_file.h"
 #include "document/json_text_writer.h"
 #include "document/json_value_forms.h"
 #include "document/project_json.h"

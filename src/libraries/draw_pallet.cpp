@@ -1,5 +1,7 @@
 #include "libraries/draw_pallet.h"
 
+#include <cmath>
+
 #include "document/pw_path.h"
 
 namespace {
@@ -117,9 +119,19 @@ int TPalletList::findPalletIndexForShape(const TPW_Path& shape) const {
 }
 
 int TPalletList::findPalletIndex(TAlphaColor color, float thickness, TStrokeDash dash) const {
-  for (int i = 0; i < kPalletCount; ++i) {
-    const TDrawPallet& r = FRows[static_cast<size_t>(i)];
-    if (r.getColor() == color && r.FThickness == thickness && r.FDash == dash) return i;
+  for (const bool sameDash : {true, false}) {
+    int best = -1;
+    double bestDiff = 0.0;
+    for (int i = 0; i < kPalletCount; ++i) {
+      const TDrawPallet& r = FRows[static_cast<size_t>(i)];
+      if (r.getColor() != color || (sameDash && r.FDash != dash)) continue;
+      const double diff = std::fabs(double(r.FThickness) - thickness);
+      if (best < 0 || diff < bestDiff) {
+        best = i;
+        bestDiff = diff;
+      }
+    }
+    if (best >= 0) return best;
   }
   return -1;
 }

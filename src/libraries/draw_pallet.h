@@ -28,7 +28,6 @@ class TDrawPallet {
 };
 
 inline constexpr int kPalletCount = 40;
-inline constexpr int kStitchHolePalletIndex = 36;
 
 // The factory values of a row; a default TDrawPallet for an index outside
 // the palette.
@@ -61,8 +60,10 @@ class TPalletList {
   // whose current colour and dash equal the shape's, else the first of
   // equal colour alone. -1 when none fits (the caller then takes row 0).
   int findPalletIndexForShape(const TPW_Path& shape) const;
-  // The first row whose current colour, thickness and dash equal these;
-  // -1 when none does.
+  // The row that draws most like this stroke: the first whose current
+  // colour, thickness and dash all equal these; else, of the rows of equal
+  // colour and dash, then of equal colour alone, the one of the nearest
+  // thickness (the first on a tie). -1 when no row has the colour.
   int findPalletIndex(TAlphaColor color, float thickness, TStrokeDash dash) const;
 
  private:

@@ -7,7 +7,7 @@
 #include <unordered_set>
 
 #include "app/app_paths.h"
-#include "app/safe_file.h"
+#include "platform/safe_file.h"
 #include "document/json_text_writer.h"
 #include "document/project_json.h"
 #include "libraries/zip_archive.h"

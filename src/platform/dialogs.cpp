@@ -62,7 +62,7 @@ std::string TScriptedDialogs::saveFileName(const std::string& folder, const std:
   return nextName();
 }
 
-std::vector<int> IDialogs::choosePdfPages(IPdfDocument& document, int maxPages) {
+std::vector<int> IDialogs::choosePdfPages(IPdfPages& document, int maxPages) {
   if (document.pageCount() > 0 && maxPages > 0) return {0};
   return {};
 }
@@ -79,7 +79,7 @@ std::string TScriptedDialogs::chooseFolder(const std::string& title, const std::
   return f;
 }
 
-std::vector<int> TScriptedDialogs::choosePdfPages(IPdfDocument& document, int maxPages) {
+std::vector<int> TScriptedDialogs::choosePdfPages(IPdfPages& document, int maxPages) {
   if (FPdfPages.empty()) return IDialogs::choosePdfPages(document, maxPages);
   std::vector<int> pages = FPdfPages.front();
   FPdfPages.pop_front();

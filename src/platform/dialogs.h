@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-class IPdfDocument;
+class IPdfPages;
 
 enum class TDialogAnswer { Yes, No, Cancel };
 
@@ -41,7 +41,7 @@ class IDialogs {
   }
   // The pages of a PDF to take as backdrops (zero-based), at most
   // maxPages; none when cancelled. Without a person: the first page.
-  virtual std::vector<int> choosePdfPages(IPdfDocument& document, int maxPages);
+  virtual std::vector<int> choosePdfPages(IPdfPages& document, int maxPages);
   // One line of text, preset with `preset`; nothing when cancelled. Without
   // a person there the question is cancelled.
   virtual std::optional<std::string> inputText(const std::string& caption, const std::string& prompt,
@@ -86,7 +86,7 @@ class TScriptedDialogs : public IDialogs {
   // Takes its answer from FInputs, as inputText does.
   std::optional<std::string> inputPassword(const std::string& caption, const std::string& prompt) override;
   std::string chooseFolder(const std::string& title, const std::string& start) override;
-  std::vector<int> choosePdfPages(IPdfDocument& document, int maxPages) override;
+  std::vector<int> choosePdfPages(IPdfPages& document, int maxPages) override;
   std::optional<std::string> inputText(const std::string& caption, const std::string& prompt,
                                        const std::string& preset) override;
 

@@ -34,9 +34,9 @@ class IPictureDecoder {
 
 enum class TPdfOpenState { Ok, NeedsPassword, WrongPassword, NotPdf };
 
-class IPdfDocument {
+class IPdfPages {
  public:
-  virtual ~IPdfDocument() = default;
+  virtual ~IPdfPages() = default;
   virtual int pageCount() const = 0;
   // Width and height of a page in millimetres.
   virtual TPointF pageSizeMm(int page) const = 0;
@@ -49,7 +49,7 @@ class IPdfReader {
   virtual ~IPdfReader() = default;
   // Opens the file with the password ("" for none). Null unless the state
   // is Ok; `error` then says why for NotPdf.
-  virtual std::unique_ptr<IPdfDocument> open(const std::string& filename, const std::string& password,
+  virtual std::unique_ptr<IPdfPages> open(const std::string& filename, const std::string& password,
                                              TPdfOpenState& state, std::string& error) = 0;
 };
 

@@ -4,7 +4,7 @@
 
 #include <stdexcept>
 
-#include "app/safe_file.h"
+#include "platform/safe_file.h"
 #include "stitching/system_irons.h"
 
 namespace {

@@ -4,7 +4,7 @@
 #include <charconv>
 #include <cmath>
 
-#include "app/multi_lang.h"
+#include "document/phrase_lookup.h"
 #include "document/number_text.h"
 #include "stitching/system_irons.h"
 
@@ -143,7 +143,7 @@ std::string applyIronEdit(TPrickingIronGroup& group, const TIronEdit& edit) {
   return "";
 }
 
-std::string deleteIronQuestion(const TMultiLang& lang, const std::string& langID,
+std::string deleteIronQuestion(const IPhraseLookup& lang, const std::string& langID,
                                const std::string& ironName) {
   const std::string phrase = lang.getTranslation(langID, "OK2DeletePrickingIron");
   if (langID == "ja") return ironName + phrase + "?";

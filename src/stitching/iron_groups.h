@@ -8,7 +8,7 @@
 
 #include "stitching/pricking_iron.h"
 
-class TMultiLang;
+class IPhraseLookup;
 
 class TPrickingIronGroups {
  public:
@@ -85,5 +85,5 @@ std::string applyIronEdit(TPrickingIronGroup& group, const TIronEdit& edit);
 inline constexpr const char* kCannotDeleteSystemIronKey = "CannotDeleteSystePrickingIrons";
 // The question before deleting a group: the phrase and the name, or in
 // Japanese the name, the phrase and "?".
-std::string deleteIronQuestion(const TMultiLang& lang, const std::string& langID,
+std::string deleteIronQuestion(const IPhraseLookup& lang, const std::string& langID,
                                const std::string& ironName);

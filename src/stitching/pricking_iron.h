@@ -1,7 +1,6 @@
-// Pricking irons: the comb of blades that punches a row of stitching holes,
-// described by the shape of one blade and the distance between blades. A
-// group is one iron with the blade counts it is sold with; the groups fill
-// the iron tree of the side panel.
+// Groups of pricking irons: one iron with the blade counts it is sold with;
+// the groups fill the iron tree of the side panel. The iron itself, which
+// every hole borrows, is document/hole_iron.h.
 #pragma once
 
 #include <memory>
@@ -10,33 +9,7 @@
 
 #include <nlohmann/json.hpp>
 
-// The blade letters.
-namespace BladeType {
-inline constexpr const char* Diamond = "D";
-inline constexpr const char* French = "F";
-inline constexpr const char* Flat = "L";
-inline constexpr const char* Round = "R";
-}  // namespace BladeType
-
-struct TPrickingIron {
-  std::string FBladeType = "F";  // one letter: "D", "F", "L" or "R"
-  float FPitch = 4.0f;           // blade to blade, mm
-  float FWidth = 1.0f;           // blade width, mm
-  float FHeight = 2.0f;          // blade length, mm
-  float FAngle = 45.0f;          // blade angle against the normal of the row, degrees
-  std::string FName = "Unknown";
-
-  std::unique_ptr<TPrickingIron> Clone() const;
-
-  // "nm", "bt", "p", "w", "h", "a"; the four numbers as JSON strings.
-  nlohmann::ordered_json toJsonObjectFull() const;
-  // "bt" and "p" only: what a hole in a project file keeps of its iron.
-  nlohmann::ordered_json toJsonObjectMinimal() const;
-  // Reads whichever of the keys are present; the others keep their values.
-  // Numbers may be JSON strings or numbers, and a decimal comma is accepted.
-  // Throws std::runtime_error when a number cannot be read.
-  void loadJson(const nlohmann::ordered_json& jo);
-};
+#include "document/hole_iron.h"
 
 class TPrickingIronGroup {
  public:
@@ -68,7 +41,3 @@ std::string bladeTypeLetter(int index);
 // "菱目", "ヨーロッパ目", "平目", "丸目" for "ja"; "Diamond", "French",
 // "Flat", "Round" for every other language; empty for an unknown letter.
 std::string bladeTypeLabel(const std::string& letter, const std::string& langID);
-
-// Reads a number that may be a JSON number or a string, with a decimal
-// comma taken as a point. False when it is neither.
-bool ironNumberFromJson(const nlohmann::ordered_json& v, double& out);

@@ -137,6 +137,7 @@ void TVertexNetwork::clearAll() {
   FQueued.clear();
   FVertexByKey.clear();
   FJointsByPath.clear();
+  FStops.clear();
   FStartVertex = nullptr;
   FEndVertex = nullptr;
 }
@@ -196,7 +197,8 @@ std::vector<TConnectionPointInfo> TVertexNetwork::searchEdgeAndIntersections(con
   const auto at = d.crossingsAt.find(hundredthKey(Pt));
   if (at != d.crossingsAt.end()) {
     for (TIntersection* ict : at->second) {
-      if (atAnEndOf(ict->FPath1, Pt) || atAnEndOf(ict->FPath2, Pt)) continue;
+      // Where both shapes end here, their ends join them already.
+      if (atAnEndOf(ict->FPath1, Pt) && atAnEndOf(ict->FPath2, Pt)) continue;
       TConnectionPointInfo c;
       c.SetPoint(ict->FPath1, ict, Pt);
       c.SetPoint(ict->FPath2, ict, Pt);  // the second shape is the one recorded
@@ -224,14 +226,37 @@ TJointInfo* TVertexNetwork::findJoint(const TPW_Path* APath, const TPointF& pt1,
   return nullptr;
 }
 
-bool TVertexNetwork::hasIntersectionGoal(const TPW_Path* APath, const TPointF& FromPt,
-                                         const TPointF& /*ToPt*/, const TPointF& GoalPt) const {
-  const TDocIndex& d = doc();
-  const auto it = d.crossingsOf.find(APath);
-  if (it == d.crossingsOf.end()) return false;
-  for (const TIntersection* ict : it->second)
-    if (isRouteEnd(ict->FPoint, GoalPt) && !isRouteEnd(ict->FPoint, FromPt)) return true;
-  return false;
+const std::vector<TVertexNetwork::TStop>& TVertexNetwork::stopsOf(const TPW_Path* s) const {
+  const auto found = FStops.find(s);
+  if (found != FStops.end()) return found->second;
+  std::vector<TPointF> points;
+  const auto crossings = doc().crossingsOf.find(s);
+  if (crossings != doc().crossingsOf.end())
+    for (const TIntersection* ict : crossings->second) {
+      if (atAnEndOf(s, ict->FPoint)) continue;
+      // A crossing at an end of the other shape joins that end.
+      const TPW_Path* other = ict->FPath1 == s ? ict->FPath2 : ict->FPath1;
+      TPointF p = ict->FPoint;
+      if (other && isRouteEnd(other->FStartPt, p)) p = other->FStartPt;
+      else if (other && isRouteEnd(other->FEndPt, p)) p = other->FEndPt;
+      points.push_back(p);
+    }
+  std::vector<TPointF> ends{FGrowStart};
+  if (FGoalOnShapes) ends.push_back(FGoal);
+  for (const TPointF& p : ends) {
+    int idx = 0;
+    if (!atAnEndOf(s, p) && s->isOnPath(p, idx, 0.1f)) points.push_back(p);
+  }
+  const std::vector<double> pos = positionsAlong(*s, points);
+  std::vector<TStop> stops{{0.0, s->FStartPt}};
+  if (!isClosedShape(*s)) stops.push_back({s->calcTotalLength(), s->FEndPt});
+  for (size_t i = 0; i < points.size(); ++i)
+    if (pos[i] >= 0.0) stops.push_back({pos[i], points[i]});
+  std::stable_sort(stops.begin(), stops.end(), [](const TStop& a, const TStop& b) { return a.pos < b.pos; });
+  std::vector<TStop> unique;
+  for (const TStop& st : stops)
+    if (unique.empty() || !isRouteEnd(unique.back().point, st.point)) unique.push_back(st);
+  return FStops.emplace(s, std::move(unique)).first->second;
 }
 
 struct TVertexNetwork::TMove {
@@ -240,46 +265,56 @@ struct TVertexNetwork::TMove {
   TPointF target;
 };
 
-std::vector<TVertexNetwork::TMove> TVertexNetwork::movesFrom(const TPointF& pt,
-                                                             TIntersection* crossing) const {
-  std::vector<TConnectionPointInfo> points;
-  if (crossing) {
-    TConnectionPointInfo c;
-    c.SetPoint(crossing->FPath1, crossing, pt);
-    c.SetPoint(crossing->FPath2, crossing, pt);
-    points.push_back(c);
-  } else {
-    points = searchEdgeAndIntersections(pt);
-  }
+std::vector<TVertexNetwork::TMove> TVertexNetwork::movesFrom(const TPointF& pt) const {
   std::vector<TMove> moves;
-  for (const TConnectionPointInfo& c : points) {
-    if (c.FIntersection) {
-      for (TPW_Path* s : {c.FIntersection->FPath1, c.FIntersection->FPath2}) {
-        if (!s) continue;
-        moves.push_back({c, s, s->FStartPt});
-        moves.push_back({c, s, s->FEndPt});
+  auto addMove = [&](const TConnectionPointInfo& from, TPW_Path* s, const TPointF& target) {
+    for (const TMove& m : moves)
+      if (m.shape == s && isRouteEnd(m.target, target)) return;
+    moves.push_back({from, s, target});
+  };
+  for (const TConnectionPointInfo& c : searchEdgeAndIntersections(pt)) {
+    std::vector<TPW_Path*> on{c.FPath};
+    if (c.FIntersection) on = {c.FIntersection->FPath1, c.FIntersection->FPath2};
+    for (TPW_Path* s : on) {
+      if (!s) continue;
+      TConnectionPointInfo from = c;
+      from.FPath = s;
+      // Where pt lies along the shape, and the nearest stop either side.
+      const bool closed = isClosedShape(*s);
+      double t;
+      if (isRouteEnd(s->FStartPt, pt)) t = 0.0;
+      else if (isRouteEnd(s->FEndPt, pt)) t = closed ? 0.0 : s->calcTotalLength();
+      else t = positionAlong(*s, pt);
+      if (t < 0.0) continue;
+      const TStop* before = nullptr;
+      const TStop* after = nullptr;
+      const TStop* first = nullptr;
+      const TStop* last = nullptr;
+      for (const TStop& st : stopsOf(s)) {
+        if (isRouteEnd(st.point, pt)) continue;
+        if (!first) first = &st;
+        last = &st;
+        if (st.pos < t) before = &st;
+        else if (!after) after = &st;
       }
-    } else if (c.FIsStartPt) {
-      moves.push_back({c, c.FPath, c.FPath->FEndPt});
-    } else if (c.FIsEndPt) {
-      moves.push_back({c, c.FPath, c.FPath->FStartPt});
-    } else {
-      // A free point goes to the further end only.
-      const bool endIsFurther = distanceOf(pt, c.FPath->FEndPt) > distanceOf(pt, c.FPath->FStartPt);
-      moves.push_back({c, c.FPath, endIsFurther ? c.FPath->FEndPt : c.FPath->FStartPt});
+      // Round a closed shape the last stop is followed by the first.
+      if (closed && !before) before = last;
+      if (closed && !after) after = first;
+      if (before) addMove(from, s, before->point);
+      if (after) addMove(from, s, after->point);
     }
   }
   return moves;
 }
 
-bool TVertexNetwork::grow(const TPointF& pt, const TPointF& goalPt, TIntersection* crossing) {
+bool TVertexNetwork::grow(const TPointF& pt) {
   struct TFrame {
     TRouteVertex* vertex;
     std::vector<TMove> moves;
     size_t next = 0;
   };
   std::vector<TFrame> stack;
-  stack.push_back({vertexAt(pt), movesFrom(pt, crossing)});
+  stack.push_back({vertexAt(pt), movesFrom(pt)});
   bool result = false;
   while (!stack.empty()) {
     TFrame& f = stack.back();
@@ -288,53 +323,34 @@ bool TVertexNetwork::grow(const TPointF& pt, const TPointF& goalPt, TIntersectio
       continue;
     }
     const TMove m = f.moves[f.next++];
-    TPointF target = m.target;
-    if (hasIntersectionGoal(m.shape, m.from.FPoint, target, goalPt)) target = goalPt;
-    TConnectionPointInfo far;
-    far.SetPoint(m.shape, target);
     const bool top = stack.size() == 1;
-    if (findJoint(m.shape, m.from.FPoint, target)) {
+    if (findJoint(m.shape, m.from.FPoint, m.target)) {
       if (top) result = false;
       continue;  // this is what ends the growth
     }
+    TConnectionPointInfo far;
+    far.SetPoint(m.shape, m.target);
     auto joint = std::make_unique<TJointInfo>();
     joint->SetJoint(m.from.Clone(), far);
     joint->FPath = m.shape;
     float l1 = 0, l2 = 0;
-    joint->FLength = calcPathLen(*m.shape, m.from.FPoint, target, l1, l2);
+    joint->FLength = calcPathLen(*m.shape, m.from.FPoint, m.target, l1, l2);
     TJointInfo* raw = joint.get();
     f.vertex->FJoints.push_back(raw);
     FJoints.push_back(std::move(joint));
     FJointsByPath[m.shape].push_back(raw);
     if (top) result = true;
-    TRouteVertex* next = vertexAt(target);
-    stack.push_back({next, movesFrom(target, nullptr)});  // `f` is not used after this
+    TRouteVertex* next = vertexAt(m.target);
+    stack.push_back({next, movesFrom(m.target)});  // `f` is not used after this
   }
   return result;
 }
 
 bool TVertexNetwork::dpConnectAddJoints(const TPointF& pt, const TPointF& goalPt) {
-  return grow(pt, goalPt, nullptr);
-}
-
-bool TVertexNetwork::growOverCrossings(const TPointF& goalPt) {
-  if (!FIntersections) return false;
-  bool result = false;
-  bool grew = true;
-  while (grew && !GetVertex(goalPt)) {
-    grew = false;
-    for (const auto& ict : FIntersections->items()) {
-      TIntersection* x = ict.get();
-      if (!x->FPath1 || !x->FPath2) continue;
-      if (atAnEndOf(x->FPath1, x->FPoint) && atAnEndOf(x->FPath2, x->FPoint)) continue;  // a joint: ends cover it
-      if (GetVertex(x->FPoint)) continue;
-      if (!FJointsByPath.count(x->FPath1) && !FJointsByPath.count(x->FPath2)) continue;
-      result = grow(x->FPoint, goalPt, x) || result;
-      grew = true;
-      if (GetVertex(goalPt)) break;
-    }
-  }
-  return result;
+  if (!FGrowStart.identical(pt) || !FGoal.identical(goalPt)) FStops.clear();
+  FGrowStart = pt;
+  FGoal = goalPt;
+  return grow(pt);
 }
 
 void TVertexNetwork::checkJoints() {
@@ -399,8 +415,7 @@ void TVertexNetwork::dpProcessQueue(const TPointF& excludePoint) {
 
 bool TVertexNetwork::dpConnect(const TPointF& rp1, const TPointF& rp2) {
   if (samePoint(rp1, rp2, 0.0)) return false;
-  bool result = dpConnectAddJoints(rp1, rp2);
-  if (!GetVertex(rp2)) result = growOverCrossings(rp2) || result;
+  const bool result = dpConnectAddJoints(rp1, rp2);
   checkJoints();
   TRouteVertex* goal = GetVertex(rp2);
   if (!goal) return result;

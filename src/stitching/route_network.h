@@ -1,7 +1,10 @@
-// The route network: a graph of the drawing, grown lazily outward from a
-// start point over shape ends and crossings, in which every vertex learns
-// its shortest distance back to the start. The stitch tool asks it for the
-// way between two clicks; the ruler reply lists what it holds.
+// The route network: a graph of the drawing, grown outward from a start
+// point, in which every vertex learns its shortest distance back to the
+// start. From a point the growth runs along each shape the point stands on,
+// both ways, to the next place where a route may stop or turn off (a shape
+// end, a crossing, the goal), so every way along the drawing is in it and
+// round a closed shape both ways are. The stitch tool asks it for the way
+// between two clicks; the ruler reply lists what it holds.
 #pragma once
 
 #include <array>
@@ -84,6 +87,11 @@ class TVertexNetwork {
 
   TRouteVertex* FStartVertex = nullptr;
   TRouteVertex* FEndVertex = nullptr;
+  // Whether a goal in the middle of a shape becomes a vertex there. The
+  // local API and the ruler take any point of the drawing as the goal; the
+  // stitch tool does not, since a click off the ends and crossings is a
+  // press of the iron. A start is always taken where it lies.
+  bool FGoalOnShapes = false;
 
   // Frees vertices, joints and the queue; the shapes stay borrowed.
   void clearAll();
@@ -95,17 +103,15 @@ class TVertexNetwork {
   // False for equal points. When the goal is no vertex afterwards, the
   // result is that of the growth and there is no end vertex.
   bool dpConnect(const TPointF& rp1, const TPointF& rp2);
-  // Depth-first growth from pt. True when its last visit made a joint.
+  // Depth-first growth from pt over everything joined to it. True when its
+  // last visit made a joint.
   bool dpConnectAddJoints(const TPointF& pt, const TPointF& goalPt);
   void addToQueue(TRouteVertex* AVertex, const TJointInfo* excludeJoint, const TPointF& excludePoint);
   void dpProcessQueue(const TPointF& excludePoint);
-  // What the point stands on: shape ends (within 0.02), crossings away from
-  // shape ends, or else every shape passing through it.
+  // What the point stands on: shape ends (within 0.02), crossings that are
+  // not ends of both their shapes, or else every shape passing through it.
   std::vector<TConnectionPointInfo> searchEdgeAndIntersections(const TPointF& Pt) const;
   TJointInfo* findJoint(const TPW_Path* APath, const TPointF& pt1, const TPointF& pt2) const;
-  // A crossing of APath lies at GoalPt and not at FromPt (within 0.02).
-  bool hasIntersectionGoal(const TPW_Path* APath, const TPointF& FromPt, const TPointF& ToPt,
-                           const TPointF& GoalPt) const;
   // Every vertex at an end of a joint lists that joint.
   void checkJoints();
   // The stretches from the vertex back to the start, the vertex's first.
@@ -141,14 +147,20 @@ class TVertexNetwork {
   mutable std::unique_ptr<TDocIndex> FDoc;
   const TDocIndex& doc() const;
 
+  // The places on a shape where a route may stop or turn off: its ends,
+  // its crossings, and the start and goal of the growth when they lie on
+  // it; ordered along the path. Found once per shape and growth.
+  struct TStop {
+    double pos;
+    TPointF point;
+  };
+  TPointF FGrowStart, FGoal;
+  mutable std::unordered_map<const TPW_Path*, std::vector<TStop>> FStops;
+  const std::vector<TStop>& stopsOf(const TPW_Path* s) const;
+
   struct TMove;
-  // The growth from pt, depth first, without recursion: each new joint's
-  // far end is grown before the next move of the point it came from.
-  // `crossing` starts it from that crossing instead of what pt stands on.
-  bool grow(const TPointF& pt, const TPointF& goalPt, TIntersection* crossing);
-  std::vector<TMove> movesFrom(const TPointF& pt, TIntersection* crossing) const;
-  // Where the ends alone don't lead to the goal, the growth goes on from
-  // the crossings of shapes already reached.
-  bool growOverCrossings(const TPointF& goalPt);
+  // From a point, along every shape it stands on, to the next stop each way.
+  std::vector<TMove> movesFrom(const TPointF& pt) const;
+  bool grow(const TPointF& pt);
   TRouteVertex* vertexAt(const TPointF& Pt);
 };

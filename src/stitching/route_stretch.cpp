@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <numbers>
 #include <vector>
 
 #include "document/point_helpers.h"
@@ -16,93 +15,103 @@ bool joinsBothEnds(const TPW_Path& p, const TPointF& a, const TPointF& b) {
          (isEndOf(a, p.FEndPt) && isEndOf(b, p.FStartPt));
 }
 
-struct TWalkedPoints {
-  double from = -1.0;
-  double to = -1.0;
-  double total = 0.0;
+// The drawn path's corners with their positions along it, from the first
+// point (position 0) to the last (the whole length).
+struct TVertex {
+  double pos;
+  TPointF point;
 };
 
-// Places both points on the pieces of the drawn path. A point counts as
-// lying on a piece when neither end of the piece is further from it than
-// the piece is long (with a little slack); the first such piece wins.
-TWalkedPoints walkPieces(const std::vector<TRectF>& pieces, const TPW_Path& p, const TPointF& fromPt,
-                         const TPointF& toPt) {
-  TWalkedPoints w;
+std::vector<TVertex> verticesOf(const TPW_Path& p) {
+  std::vector<TVertex> out;
   double acc = 0.0;
-  auto place = [&](double& slot, const TPointF& a, const TPointF& b, double s, const TPointF& pt) {
-    if (slot >= 0.0) return;
-    const double tol = std::max(s * 0.005, 0.0001);
-    const double da = distanceOf(a, pt), db = distanceOf(b, pt);
-    if (da <= s + tol && db <= s + tol) slot = acc + std::min(s, da);
-  };
-  for (const TRectF& r : pieces) {
+  for (const TRectF& r : p.getIntervals(false)) {
     const TPointF a = r.topLeft(), b = r.bottomRight();
     const double s = distanceOf(a, b);
     if (!(s > 0.0)) continue;
-    place(w.from, a, b, s, fromPt);
-    place(w.to, a, b, s, toPt);
+    if (out.empty()) out.push_back({0.0, a});
     acc += s;
+    out.push_back({acc, b});
   }
-  w.total = acc;
-  auto nearerEnd = [&](const TPointF& pt) {
-    return distanceOf(pt, p.FStartPt) < distanceOf(pt, p.FEndPt) ? 0.0 : acc;
-  };
-  if (w.from < 0.0 && w.to < 0.0) {
-    w.from = w.to = acc;
-  } else if (w.from < 0.0) {
-    w.from = nearerEnd(fromPt);
-  } else if (w.to < 0.0) {
-    w.to = nearerEnd(toPt);
-  }
-  return w;
+  return out;
 }
 
-// Start angle of an arc from its start point, as the arc maker works it out.
-float arcStartAngle(const TPointF& center, float radius, const TPointF& start) {
-  const double c = std::clamp((double(start.x) - center.x) / radius, -1.0, 1.0);
-  double deg = std::acos(c) * 180.0 / std::numbers::pi;
-  if (center.y > start.y) deg = -deg;
-  return static_cast<float>(deg);
-}
-
-// The sweep, in degrees with the sign of the direction of travel, from
-// `from` to `to` about the arc's centre; `forward` tells whether the
-// stretch runs the arc's own way. `length` settles a stretch that returns
-// to its start (a whole turn rather than none).
-float stretchSweep(const TPW_Path& arc, const TPointF& from, const TPointF& to, bool forward,
-                   double length) {
-  const double sign = ((arc.FSweepAngle < 0) == forward) ? -1.0 : 1.0;
-  const double toDeg = 180.0 / std::numbers::pi;
-  const double a0 = std::atan2(double(from.y) - arc.FCenter.y, double(from.x) - arc.FCenter.x);
-  const double a1 = std::atan2(double(to.y) - arc.FCenter.y, double(to.x) - arc.FCenter.x);
-  double off = std::fmod((a1 - a0) * toDeg * sign, 360.0);
-  if (off < 0.0) off += 360.0;
-  const double expected = arc.FWidth > 0 ? length / arc.FWidth * toDeg : 0.0;
-  if (off < 1e-6 && expected > 180.0) off = 360.0;
-  return static_cast<float>(off * sign);
+// A point lies on a piece when neither end of the piece is further from it
+// than the piece is long (with a little slack); the first such piece wins.
+double placeOnVertices(const std::vector<TVertex>& v, const TPointF& pt) {
+  for (size_t i = 0; i + 1 < v.size(); ++i) {
+    const double s = v[i + 1].pos - v[i].pos;
+    const double tol = std::max(s * 0.005, 0.0001);
+    const double da = distanceOf(v[i].point, pt), db = distanceOf(v[i + 1].point, pt);
+    if (da <= s + tol && db <= s + tol) return v[i].pos + std::min(s, da);
+  }
+  return -1.0;
 }
 
 }  // namespace
 
+bool isClosedShape(const TPW_Path& p) {
+  if (p.FShapeType == ShapeType::Ellipse) return true;
+  if (p.FShapeType == ShapeType::Line) return false;
+  return isEndOf(p.FStartPt, p.FEndPt) && p.calcTotalLength() > 2.0 * kRoutePointTolerance;
+}
+
+double positionAlong(const TPW_Path& p, const TPointF& pt) { return placeOnVertices(verticesOf(p), pt); }
+
+std::vector<double> positionsAlong(const TPW_Path& p, const std::vector<TPointF>& pts) {
+  const std::vector<TVertex> v = verticesOf(p);
+  std::vector<double> out;
+  out.reserve(pts.size());
+  for (const TPointF& pt : pts) out.push_back(placeOnVertices(v, pt));
+  return out;
+}
+
+double TStretchWay::length() const {
+  const double direct = std::fabs(FTo - FFrom);
+  return FWraps ? FTotal - direct : direct;
+}
+
+TStretchWay stretchWay(const TPW_Path& p, const TPointF& from, const TPointF& to) {
+  TStretchWay w;
+  if (p.FShapeType == ShapeType::Line) {
+    w.FTotal = distanceOf(p.FStartPt, p.FEndPt);
+    w.FFrom = distanceOf(p.FStartPt, from);
+    w.FTo = distanceOf(p.FStartPt, to);
+    return w;
+  }
+  const std::vector<TVertex> v = verticesOf(p);
+  w.FTotal = v.empty() ? 0.0 : v.back().pos;
+  const bool closed = isClosedShape(p);
+  if (joinsBothEnds(p, from, to)) {
+    // Whole: a closed shape from its start once round to it again.
+    const bool forward = closed || (isEndOf(from, p.FStartPt) && isEndOf(to, p.FEndPt));
+    w.FFrom = forward ? 0.0 : w.FTotal;
+    w.FTo = forward ? w.FTotal : 0.0;
+    return w;
+  }
+  w.FFrom = placeOnVertices(v, from);
+  w.FTo = placeOnVertices(v, to);
+  auto nearerEnd = [&](const TPointF& pt) {
+    return distanceOf(pt, p.FStartPt) < distanceOf(pt, p.FEndPt) ? 0.0 : w.FTotal;
+  };
+  if (w.FFrom < 0.0 && w.FTo < 0.0) {
+    w.FFrom = w.FTo = w.FTotal;
+  } else if (w.FFrom < 0.0) {
+    w.FFrom = nearerEnd(from);
+  } else if (w.FTo < 0.0) {
+    w.FTo = nearerEnd(to);
+  }
+  w.FWraps = closed && std::fabs(w.FTo - w.FFrom) > w.FTotal / 2.0;
+  return w;
+}
+
 float calcPathLen(const TPW_Path& p, const TPointF& FromPt, const TPointF& ToPt, float& Len2FromPt,
                   float& Len2ToPt) {
-  if (p.FShapeType == ShapeType::Line) {
-    Len2FromPt = distanceOf(p.FStartPt, FromPt);
-    Len2ToPt = distanceOf(p.FStartPt, ToPt);
-    return distanceOf(FromPt, ToPt);
-  }
-  if (joinsBothEnds(p, FromPt, ToPt)) {
-    const float total = p.calcTotalLength();
-    const bool forward = isEndOf(FromPt, p.FStartPt) && isEndOf(ToPt, p.FEndPt);
-    Len2FromPt = forward ? 0.0f : total;
-    Len2ToPt = forward ? total : 0.0f;
-    return total;
-  }
-  const TWalkedPoints w = walkPieces(p.getIntervals(false), p, FromPt, ToPt);
-  Len2FromPt = static_cast<float>(w.from);
-  Len2ToPt = static_cast<float>(w.to);
+  const TStretchWay w = stretchWay(p, FromPt, ToPt);
+  Len2FromPt = static_cast<float>(w.FFrom);
+  Len2ToPt = static_cast<float>(w.FTo);
   if (Len2FromPt == Len2ToPt) return 0.0f;
-  return std::fabs(Len2ToPt - Len2FromPt);
+  return static_cast<float>(w.length());
 }
 
 std::unique_ptr<TPW_Path> makeStretchPath(const TPW_Path& shape, const TPointF& from, const TPointF& to) {
@@ -112,30 +121,34 @@ std::unique_ptr<TPW_Path> makeStretchPath(const TPW_Path& shape, const TPointF& 
     out->drawLinePath(from, to);
     return out;
   }
-  const std::vector<TRectF> pieces = shape.getIntervals(false);
-  const TWalkedPoints w = walkPieces(pieces, shape, from, to);
-  const bool forward = w.from <= w.to;
-  const double lo = std::min(w.from, w.to), hi = std::max(w.from, w.to);
-  // The path's vertices that lie strictly inside the stretch, in path order.
+  const std::vector<TVertex> v = verticesOf(shape);
+  const TStretchWay w = stretchWay(shape, from, to);
+  // The path's corners strictly inside the stretch, in the order it runs.
   std::vector<TPointF> inner;
-  double acc = 0.0;
-  for (const TRectF& r : pieces) {
-    const double s = distanceOf(r.topLeft(), r.bottomRight());
-    if (!(s > 0.0)) continue;
-    acc += s;
-    if (acc > lo + 1e-9 && acc < hi - 1e-9) inner.push_back(r.bottomRight());
+  auto take = [&](double lo, double hi, bool ascending) {
+    std::vector<TPointF> part;
+    for (const TVertex& x : v)
+      if (x.pos > lo + 1e-9 && x.pos < hi - 1e-9) part.push_back(x.point);
+    if (!ascending) std::reverse(part.begin(), part.end());
+    inner.insert(inner.end(), part.begin(), part.end());
+  };
+  const double lo = std::min(w.FFrom, w.FTo), hi = std::max(w.FFrom, w.FTo);
+  if (!w.FWraps) {
+    take(lo, hi, w.forward());
+  } else if (w.forward()) {
+    // On past the end of the path, which is its start, to the second point.
+    take(w.FFrom, w.FTotal + 1.0, true);
+    take(0.0, w.FTo, true);
+  } else {
+    take(-1.0, w.FFrom, false);
+    take(w.FTo, w.FTotal, false);
   }
-  if (!forward) std::reverse(inner.begin(), inner.end());
   out->resetBoundary();
   out->FData.Clear();
   out->FData.MoveTo(from);
-  for (const TPointF& v : inner) out->FData.LineTo(v);
+  for (const TPointF& p : inner) out->FData.LineTo(p);
   out->FData.LineTo(to);
   out->FStartPt = from;
   out->FEndPt = to;
-  if (shape.FShapeType == ShapeType::Arc) {
-    out->FSweepAngle = stretchSweep(shape, from, to, forward, hi - lo);
-    out->FStartAngle = arcStartAngle(shape.FCenter, shape.FWidth, from);
-  }
   return out;
 }

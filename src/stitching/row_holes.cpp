@@ -1,8 +1,9 @@
 #include "stitching/row_holes.h"
 
+#include <cmath>
+
 #include "document/point_helpers.h"
 #include "document/shape_list.h"
-#include "libraries/draw_pallet.h"
 #include "stitching/pricking_iron.h"
 
 TRowHoles::TRowHoles(TShapeList& doc, int layer, TPrickingIron* iron, bool inverted,
@@ -45,4 +46,16 @@ void TRowHoles::chainAfterLast(TPW_Path& hole, double pitch) {
       followsLastHole(hole, pitch))
     link(*FLastStitch, hole);
   setLastStitch(&hole);
+}
+
+double meanHoleSpacing(const std::vector<TPW_Path*>& holes, bool ring) {
+  const size_t n = holes.size();
+  if (n < 2) return 0.0;
+  double sum = 0.0;
+  for (size_t i = 0; i + 1 < n; ++i) sum += std::hypot(double(holes[i + 1]->FCenter.x) - holes[i]->FCenter.x,
+                                                       double(holes[i + 1]->FCenter.y) - holes[i]->FCenter.y);
+  if (!ring) return sum / double(n - 1);
+  sum += std::hypot(double(holes[0]->FCenter.x) - holes[n - 1]->FCenter.x,
+                    double(holes[0]->FCenter.y) - holes[n - 1]->FCenter.y);
+  return sum / double(n);
 }

@@ -53,7 +53,7 @@ class TRowHoles {
   // prev -> next in sewing order.
   static void link(TPW_Path& prev, TPW_Path& next);
 
-  // Every hole this row made, in order.
+  // Every hole made through this maker, in order.
   const std::vector<TPW_Path*>& made() const { return FMade; }
   int layer() const { return FLayer; }
 
@@ -69,3 +69,8 @@ class TRowHoles {
   THoleIndex FIndex;
   std::vector<TPW_Path*> FMade;
 };
+
+// The mean straight distance between neighbouring holes in the order
+// given, the last and the first counted as neighbours round a ring; 0 for
+// fewer than two holes.
+double meanHoleSpacing(const std::vector<TPW_Path*>& holes, bool ring);

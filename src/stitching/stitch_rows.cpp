@@ -2,13 +2,12 @@
 
 #include <algorithm>
 #include <cmath>
-#include <numbers>
 
 #include "document/point_helpers.h"
 #include "geometry/geom_helpers.h"
 #include "stitching/chain_order.h"
-#include "stitching/closed_walk.h"
 #include "stitching/corner_placement.h"
+#include "stitching/divider_walk.h"
 #include "stitching/route_network.h"
 #include "stitching/row_holes.h"
 #include "stitching/stitch_rules.h"
@@ -27,10 +26,9 @@ double routeLength(const std::vector<TPW_Path*>& shapes) {
   return length;
 }
 
-double TRowOutcome::chainPitch(bool closed, float pitch) const {
-  if (FCount <= 1) return pitch;
-  return FChainLength / (closed ? FCount : FCount - 1);
-}
+double TRowOutcome::pitch() const { return meanHoleSpacing(FMade, false); }
+
+double TClosedOutcome::pitch() const { return meanHoleSpacing(FMade, FClosed); }
 
 namespace {
 
@@ -42,42 +40,48 @@ float countModePitch(float routeLength, float n, TRowCaller caller) {
   return static_cast<float>(double(static_cast<float>(tenThousandths / (double(n) - 1.0))) / 10000.0);
 }
 
-void punchBest(TPitchSearch& search, const TOpenRow& row, const TStitchSettings& settings,
-               TRowHoles& holes, TRowCaller caller, TRowOutcome& out) {
-  const TTrial& best = search.bestWithDirections();
+float rotationAt(const TRouteTrack& track, const TTrackPos& place) {
+  return rotationOfDirection(TPointF(), toPointF(track.directionAt(place)));
+}
+
+void punchBest(const TPitchSearch& search, const TRouteTrack& track, const TOpenRow& row,
+               const TStitchSettings& settings, TRowHoles& holes, TRowCaller caller) {
+  const TTrial& best = search.best();
   const float pitch = search.bestPitch();
   const float half = pitch / 2.0f;
   const bool tool = caller == TRowCaller::Tool;
-  TPW_Path* previous = nullptr;
-  for (size_t i = 0; i < best.FPositions.size(); ++i) {
-    TPointF pos = best.FPositions[i];
-    const bool lastOne = i + 1 == best.FPositions.size();
+  for (size_t i = 0; i < best.FPlaces.size(); ++i) {
+    TPointF pos = track.onDrawing(best.FPlaces[i]);
+    const bool lastOne = i + 1 == best.FPlaces.size();
     if (tool && lastOne && settings.isAuto() && settings.FForceFitLastPrick &&
-        half > distanceBetween(pos, row.FEnds.FEnd))
-      pos = row.FEnds.FEnd;
+        half > distanceBetween(pos, row.FEnd))
+      pos = row.FEnd;
     if (tool && holes.findHoleNear(pos, half)) continue;
-    TPW_Path* hole = holes.makeHole(pos, rotationOfDirection(TPointF(), best.FDirections[i]));
-    if (!hole) continue;
-    holes.chainAfterLast(*hole, pitch);
-    if (previous)
-      out.FTotal = roundHalfEven(double(out.FTotal) + double(distanceBetween(previous->FCenter, hole->FCenter)) * 10000.0);
-    previous = hole;
-    ++out.FCount;
+    if (TPW_Path* hole = holes.makeHole(pos, rotationAt(track, best.FPlaces[i]))) holes.chainAfterLast(*hole, pitch);
   }
+}
+
+// The end of joint j that stands on vertex v.
+TPointF jointEndAt(const TJointInfo& j, const TRouteVertex& v) {
+  return samePoint(j.FPoints[0].FPoint, v.FPoint, 0.0) ? j.FPoints[0].FPoint : j.FPoints[1].FPoint;
 }
 
 }  // namespace
 
 TOpenRow openRowAlong(const TVertexNetwork& network, const TRouteVertex* endVertex, const TPointF& start,
-                      const TPointF& end, const TPointF& lastPos,
-                      std::vector<std::unique_ptr<TPW_Path>>& stretches) {
+                      const TPointF& end, std::vector<std::unique_ptr<TPW_Path>>& stretches) {
   stretches = network.getActualPathList(endVertex);
-  TPointF firstWaypoint = lastPos;
-  for (const TRouteVertex* v = endVertex; v && v->FMinDistJoint; v = v->FMinDistFromVertex) firstWaypoint = v->FPoint;
-  if (firstWaypoint.identical(lastPos)) firstWaypoint = end;
   TOpenRow row;
   for (const auto& r : stretches) row.FRoute.push_back(r.get());
-  row.FEnds = TWalkEnds{start, end, firstWaypoint, lastPos};
+  size_t guard = network.Count() + 1;
+  for (const TRouteVertex* v = endVertex; v && v->FMinDistJoint && v->FMinDistFromVertex && guard-- > 0;
+       v = v->FMinDistFromVertex) {
+    const TJointInfo& j = *v->FMinDistJoint;
+    row.FLegs.push_back(TTrackLeg{j.FPath, jointEndAt(j, *v->FMinDistFromVertex), jointEndAt(j, *v)});
+  }
+  std::reverse(row.FLegs.begin(), row.FLegs.end());
+  row.FStart = start;
+  row.FEnd = end;
   row.FHasEndVertex = network.FEndVertex != nullptr;
   row.FRouteLength = row.FHasEndVertex ? network.FEndVertex->FMinDist : 0.0f;
   return row;
@@ -86,6 +90,10 @@ TOpenRow openRowAlong(const TVertexNetwork& network, const TRouteVertex* endVert
 TRowOutcome layOpenRow(TOpenRow& row, const TStitchSettings& settings, TRowHoles& holes, TRowCaller caller) {
   TRowOutcome out;
   const bool tool = caller == TRowCaller::Tool;
+  const size_t before = holes.made().size();
+  auto collectMade = [&] {
+    out.FMade.assign(holes.made().begin() + static_cast<std::ptrdiff_t>(before), holes.made().end());
+  };
   const bool cornerWanted = tool ? settings.usesCornerMethod() : settings.FCornerMode < kCornerUniform;
   if (cornerWanted && !row.FRoute.empty()) {
     std::reverse(row.FRoute.begin(), row.FRoute.end());
@@ -97,13 +105,10 @@ TRowOutcome layOpenRow(TOpenRow& row, const TStitchSettings& settings, TRowHoles
           settings.FCornerMode == kCornerSmart
               ? planSmartCorner(chain, false, settings.FPitch, settings.FCornerAngleThreshold)
               : planEvenSplit(chain, false, settings.FPitch);
-      const size_t before = holes.made().size();
-      const int count = placePlannedHoles(plan, false, holes);
-      if (count > 0 || !tool) {
+      // The tool walks the route instead when the plan has no hole at all.
+      if (placePlannedHoles(plan, false, holes) > 0 || !tool) {
         out.FCornerMethod = true;
-        out.FCount = count;
-        out.FChainLength = chainLength(chain);
-        out.FMade.assign(holes.made().begin() + static_cast<std::ptrdiff_t>(before), holes.made().end());
+        collectMade();
         return out;
       }
     }
@@ -118,7 +123,8 @@ TRowOutcome layOpenRow(TOpenRow& row, const TStitchSettings& settings, TRowHoles
     pitch = countModePitch(row.FRouteLength, settings.FNumOfHoles, caller);
   }
 
-  TDividerWalk walk(row.FRoute, row.FEnds, &holes.holeIndex());
+  const TRouteTrack track(row.FLegs);
+  TDividerWalk walk(track);
   TPitchSearch search(walk, settings, tool ? TKeepRule::Tool : TKeepRule::Api);
   search.run(pitch, row.FHasEndVertex);
   out.FEndlessLoop = walk.endlessLoop();
@@ -128,22 +134,14 @@ TRowOutcome layOpenRow(TOpenRow& row, const TStitchSettings& settings, TRowHoles
     out.FNoTrial = true;
     return out;
   }
-  out.FBestPitch = search.bestPitch();
-  out.FPositions = search.best().count();
-  const size_t before = holes.made().size();
-  punchBest(search, row, settings, holes, caller, out);
-  out.FMade.assign(holes.made().begin() + static_cast<std::ptrdiff_t>(before), holes.made().end());
+  punchBest(search, track, row, settings, holes, caller);
+  collectMade();
   return out;
 }
 
 // ---- closed outlines ----
 
 namespace {
-
-bool isLoneCircle(const std::vector<TPW_Path*>& shapes) {
-  return shapes.size() == 1 && shapes[0]->FShapeType == ShapeType::Ellipse &&
-         std::fabs(double(shapes[0]->FWidth) - shapes[0]->FHeight) <= 1e-12;
-}
 
 // The chain closes when its last end comes back within half a millimetre
 // of its first start on both axes.
@@ -169,104 +167,47 @@ TClosedOutcome placeOnClosedPath(const std::vector<TPW_Path*>& shapes, const TPo
     std::vector<TPW_Path*> chain;
     std::vector<std::unique_ptr<TPW_Path>> temporaries;
     if (orderIntoChain(shapes, chain, temporaries)) {
-      const bool closed = chainCloses(chain);
+      out.FClosed = chainCloses(chain);
       const std::vector<TPlannedHole> plan =
           settings.FCornerMode == kCornerSmart
-              ? planSmartCorner(chain, closed, p0, settings.FCornerAngleThreshold)
-              : planEvenSplit(chain, closed, p0);
+              ? planSmartCorner(chain, out.FClosed, p0, settings.FCornerAngleThreshold)
+              : planEvenSplit(chain, out.FClosed, p0);
       out.FCornerMethod = true;
-      out.FCount = placePlannedHoles(plan, closed, holes);
-      out.FPitch = out.FCount > 1
-                       ? static_cast<float>(chainLength(chain) / (closed ? out.FCount : out.FCount - 1))
-                       : p0;
+      placePlannedHoles(plan, out.FClosed, holes);
       collectMade();
       return out;
     }
   }
 
-  TClosedWalk walk(shapes, startPt);
-  int count = 0;
-  const float g = walk.walkClosedPath(count, p0, nullptr);
-  ++out.FWalks;
-  float e = p0;
-  if (count > 1) e = p0 / 2.0f <= g ? static_cast<float>(p0 - double(g) / count)
-                                   : static_cast<float>(p0 + double(g) / (count - 1));
-  float bestPitch = p0, bestGap = g;
-  int bestCount = 1;
-  const bool circle = isLoneCircle(shapes);
-
-  if (settings.isAuto() && e > 0.0f) {
-    const float step = settings.FAutoPitchPrecision * 2.0f;
-    for (int k = 0; k < settings.FAutoPitchSteps && bestGap >= 0.0f; ++k) {
-      const float delta = step * static_cast<float>(k);
-      for (int side = 0; side < (delta > 0.0f ? 2 : 1); ++side) {
-        const float trial = side == 0 ? e + delta : e - delta;
-        int c = 0;
-        const float gap = walk.walkClosedPath(c, trial, nullptr);
-        ++out.FWalks;
-        if (gap < bestGap) {
-          bestGap = gap;
-          bestPitch = trial;
-          bestCount = c;
-        }
-      }
-    }
-    if (circle) {
-      // A circle closes exactly with the chord of a whole number of holes.
-      const double width = shapes[0]->FWidth;
-      double bestDiff = 0.0;
-      int bestN = -1;
-      for (int o = -20; o <= 20; ++o) {
-        const int n = bestCount + o;
-        if (n <= 1) continue;
-        const double chord = width * std::sin(std::numbers::pi / n);
-        const double diff = std::fabs(chord - p0);
-        if (bestN < 0 || diff < bestDiff) {
-          bestDiff = diff;
-          bestN = n;
-        }
-      }
-      if (bestN > 0) {
-        bestCount = bestN;
-        bestPitch = static_cast<float>(width * std::sin(std::numbers::pi / bestN));
-      }
-    }
-  } else if (settings.isCount()) {
-    const long long n = roundHalfEven(settings.FNumOfHoles);
-    if (n >= 1) {
-      const double length = double(count - 1) * p0 + g;
-      float estimate = static_cast<float>(length / double(n));
-      bestPitch = estimate;
-      bestGap = g;
-      if (circle) {
-        estimate = static_cast<float>(shapes[0]->FWidth * std::sin(std::numbers::pi / double(n)));
-        bestPitch = estimate;
-        bestGap = 0.0f;
-      }
-      const float step = settings.FAutoPitchPrecision;
-      for (int k = 0; k < settings.FAutoPitchSteps * 4 && bestGap > 0.0f; ++k) {
-        const float delta = step * static_cast<float>(k);
-        for (int side = 0; side < (delta > 0.0f ? 2 : 1); ++side) {
-          const float trial = side == 0 ? estimate + delta : estimate - delta;
-          int c = 0;
-          const float gap = walk.walkClosedPath(c, trial, nullptr);
-          ++out.FWalks;
-          const float err = std::fabs(trial - gap);
-          if (err < bestGap && c == n) {
-            bestGap = err;
-            bestPitch = trial;
-          }
-        }
-      }
-    }
+  // A ring of n holes closes evenly when the dividers' n-th step lands back
+  // on the first hole.
+  const TRouteTrack track = TRouteTrack::aroundLoop(shapes, startPt);
+  int holeCount = 0;
+  if (settings.isAuto()) holeCount = track.nearestStepCount(p0);
+  else if (settings.isCount()) holeCount = static_cast<int>(roundHalfEven(settings.FNumOfHoles));
+  const double ringPitch = holeCount >= 2 ? track.pitchForSteps(holeCount) : 0.0;
+  std::vector<TTrackPos> ring;
+  const double pitch = ringPitch > 0.0 ? ringPitch : p0;
+  track.walk(pitch, ringPitch > 0.0 ? holeCount - 1 : kMaxRowHoles, ring);
+  if (!(ringPitch > 0.0) && ring.size() >= 2) {
+    // The wanted pitch as it stands: a last step that nearly meets the
+    // first hole is left out.
+    const TDPoint last = track.pointAt(ring.back()), first = track.start();
+    if (std::hypot(last.x - first.x, last.y - first.y) < pitch / 2.0) ring.pop_back();
   }
-  (void)bestCount;
 
-  int made = 0;
-  walk.walkClosedPath(made, bestPitch, &holes);
-  ++out.FWalks;
-  out.FCount = made;
-  out.FPitch = bestPitch;
+  TPW_Path* firstMade = nullptr;
+  for (const TTrackPos& place : ring) {
+    const TPointF pos = track.onDrawing(place);
+    if (holes.findHoleNear(pos, pitch / 2.0)) continue;
+    TPW_Path* hole = holes.makeHole(pos, rotationAt(track, place));
+    if (!hole) continue;
+    holes.chainAfterLast(*hole, pitch);
+    if (!firstMade) firstMade = hole;
+  }
+  // One link closes the ring; the first hole's back link stays as it is.
+  if (firstMade && holes.lastStitch() && holes.lastStitch() != firstMade)
+    holes.lastStitch()->FNextStitchID = firstMade->FID;
   collectMade();
   return out;
 }

@@ -1,13 +1,14 @@
 // A whole row: along an open route between two clicks, or once round a
 // closed outline. Chooses the placement the settings ask for, runs the
-// pitch search, and punches the holes through a TRowHoles.
+// pitch search, and punches the holes through a TRowHoles. What a row
+// reports is what it made: the holes and their mean spacing.
 #pragma once
 
 #include <memory>
 #include <vector>
 
 #include "document/pw_path.h"
-#include "stitching/divider_walk.h"
+#include "stitching/route_track.h"
 #include "stitching/stitch_settings.h"
 
 class TRowHoles;
@@ -29,9 +30,12 @@ enum class TRowCaller { Tool, Api };
 
 struct TOpenRow {
   // The route's stretches as the network reads them, from the end back to
-  // the start; borrowed.
+  // the start; borrowed. The corner methods chain these.
   std::vector<TPW_Path*> FRoute;
-  TWalkEnds FEnds;
+  // The same route as drawn shapes from the start to the end.
+  std::vector<TTrackLeg> FLegs;
+  TPointF FStart;  // the first hole
+  TPointF FEnd;    // where the row should end
   bool FHasEndVertex = false;
   float FRouteLength = 0.0f;  // the end vertex's distance (count mode)
 };
@@ -41,32 +45,23 @@ struct TRowOutcome {
   bool FAbandoned = false;     // count mode without a route end or with too few holes
   bool FNoTrial = false;       // no trial gave a pitch: nothing made
   bool FEndlessLoop = false;   // some trial walked into an endless loop
-  int FCount = 0;              // holes counted: made by the walk, planned by a corner method
-  int FPositions = 0;          // positions of the best trial
-  long long FTotal = 0;        // sum of distances between made holes, in ten-thousandths
   float FEstimate = 0.0f;      // E: the pitch that would close the row
-  float FBestPitch = 0.0f;
-  double FChainLength = 0.0;   // the corner methods' chain
   int FTrials = 0;
-  std::vector<TPW_Path*> FMade;
+  std::vector<TPW_Path*> FMade;  // the holes made, in order
 
-  // The pitch the status line shows for a walked row: mean distance
-  // between the made holes, 0 for fewer than two.
-  double madePitch() const { return FCount > 1 ? double(FTotal) / (FCount - 1) / 10000.0 : 0.0; }
-  // For a corner method: the chain's length over the gaps between holes.
-  double chainPitch(bool closed, float pitch) const;
+  int count() const { return static_cast<int>(FMade.size()); }
+  // The mean straight distance between neighbouring made holes.
+  double pitch() const;
 };
 
 class TVertexNetwork;
 class TRouteVertex;
 
 // The row along the network's route from its start to `endVertex`: the
-// stretches (owned by `stretches`, which must outlive the row), the ends,
-// and the first waypoint, the vertex after the start (or the end when that
-// vertex is the start itself). `lastPos` is where the last hole stands.
+// stretches (owned by `stretches`, which must outlive the row) and the
+// shapes they are cut from.
 TOpenRow openRowAlong(const TVertexNetwork& network, const TRouteVertex* endVertex, const TPointF& start,
-                      const TPointF& end, const TPointF& lastPos,
-                      std::vector<std::unique_ptr<TPW_Path>>& stretches);
+                      const TPointF& end, std::vector<std::unique_ptr<TPW_Path>>& stretches);
 
 // The open row. The route is turned to run from the start when a corner
 // method is tried.
@@ -74,15 +69,19 @@ TRowOutcome layOpenRow(TOpenRow& row, const TStitchSettings& settings, TRowHoles
 
 struct TClosedOutcome {
   bool FCornerMethod = false;
-  int FCount = 0;
-  float FPitch = 0.0f;
-  int FWalks = 0;
-  std::vector<TPW_Path*> FMade;
+  bool FClosed = true;  // a corner method's chain may stay open
+  std::vector<TPW_Path*> FMade;  // the holes made, round the ring in order
+
+  int count() const { return static_cast<int>(FMade.size()); }
+  // The mean straight distance between neighbouring made holes, the last
+  // and the first included when the row closes.
+  double pitch() const;
 };
 
 // Round a closed outline from startPt: a corner method when the outline
 // orders into a chain of several shapes and the settings ask for one,
-// otherwise the closed walk with its pitch search; a lone circle takes the
-// count whose chord comes nearest the pitch.
+// otherwise the closed walk: the ring whose pitch comes nearest the wanted
+// one (auto), the ring of the count asked for (count), or the wanted pitch
+// as it stands (fixed).
 TClosedOutcome placeOnClosedPath(const std::vector<TPW_Path*>& shapes, const TPointF& startPt,
                                  const TStitchSettings& settings, TRowHoles& holes);

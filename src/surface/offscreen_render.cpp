@@ -5,6 +5,7 @@
 
 #include "app/frm_pelw.h"
 #include "surface/view_math.h"
+#include "surface/view_set_aside.h"
 
 bool drawingBounds(const TShapeList& list, TRectF& bounds) {
   bool first = true;
@@ -17,48 +18,6 @@ bool drawingBounds(const TShapeList& list, TRectF& bounds) {
   }
   return !first;
 }
-
-namespace {
-
-// The view's mapping and grid cache, put aside while the scene is painted
-// at another size and scale, and put back afterwards: the grid is drawn
-// into a cache of its own, so the canvas keeps the bitmap it has.
-class TViewSetAside {
- public:
-  explicit TViewSetAside(TViewState& v)
-      : V(v), FScale(v.FScale), FPrevScale(v.FPrevScale), FOffset(v.FOffset), FWidth(v.FPboxWidth),
-        FHeight(v.FPboxHeight), FGridTick(v.FGridTick), FCache(std::move(v.FGridCache)),
-        FCacheKey(std::move(v.FGridCacheKey)), FCacheScale(v.FGridCacheScale),
-        FCacheOffset(v.FGridCacheOffset) {
-    v.FGridCacheKey.clear();
-    v.FGridCacheScale = TPointF();
-  }
-  ~TViewSetAside() {
-    V.FScale = FScale;
-    V.FPrevScale = FPrevScale;
-    V.FOffset = FOffset;
-    V.FPboxWidth = FWidth;
-    V.FPboxHeight = FHeight;
-    V.FGridTick = FGridTick;
-    V.FGridCache = std::move(FCache);
-    V.FGridCacheKey = std::move(FCacheKey);
-    V.FGridCacheScale = FCacheScale;
-    V.FGridCacheOffset = FCacheOffset;
-  }
-  TViewSetAside(const TViewSetAside&) = delete;
-  TViewSetAside& operator=(const TViewSetAside&) = delete;
-
- private:
-  TViewState& V;
-  TPointF FScale, FPrevScale, FOffset;
-  int FWidth, FHeight;
-  float FGridTick;
-  std::unique_ptr<ICanvasBitmap> FCache;
-  std::string FCacheKey;
-  TPointF FCacheScale, FCacheOffset;
-};
-
-}  // namespace
 
 TRenderedPicture renderScenePicture(TfrmPelw& form, TRenderArea area, int width, int height) {
   TRenderedPicture out;

@@ -29,5 +29,4 @@ class IPaintPalette {
 };
 
 // Rows used by the view itself.
-inline constexpr int kStitchingHolePaletteRow = 36;
 inline constexpr int kScaleBarPaletteRow = 38;

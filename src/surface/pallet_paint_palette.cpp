@@ -1,8 +1,5 @@
 #include "surface/pallet_paint_palette.h"
 
-// The painter and the palette name the holes' row each in their own terms.
-static_assert(kStitchingHolePaletteRow == kStitchHolePalletIndex);
-
 TPaletteLook paletteLookOf(const TDrawPallet& row) {
   TPaletteLook look;
   look.FColor_BlackMode = row.FColor_BlackMode;
@@ -20,8 +17,8 @@ TPaletteLook TPalletListPaintPalette::row(int index) const {
 }
 
 TAlphaColor stitchingHoleColor(const IPaintPalette* palette, bool black) {
-  if (palette && palette->contains(kStitchingHolePaletteRow))
-    return palette->row(kStitchingHolePaletteRow).colorFor(black);
+  if (palette && palette->contains(kStitchHolePalletIndex))
+    return palette->row(kStitchHolePalletIndex).colorFor(black);
   const TDrawPallet factory = factoryPallet(kStitchHolePalletIndex);
   return black ? factory.FColor_BlackMode : factory.FColor_WhiteMode;
 }

@@ -10,6 +10,7 @@
 #include <typeinfo>
 
 #include "app/frm_pelw.h"
+#include "exchange/print_marks.h"
 #include "surface/scene_painter.h"
 #include "surface/screen_path.h"
 #include "surface/view_math.h"
@@ -61,8 +62,10 @@ bool TScenePainter::layerVisible(int layer) {
 
 void TScenePainter::paint() {
   F.updateGridTick();
-  // 1. The background and 2. the backdrops, which paint the background
-  // themselves when there are any. 3. The grid.
+  // Back to front: the background and the backdrops (which paint the
+  // background themselves when there are any), the grid, the shapes, then
+  // what lies over the drawing. A failure in one part is logged and the
+  // rest still paints.
   const TAlphaColor background = canvasBackground(FBlack, F.FIsPrinting, F.FViewOptions.FWhiteBGColor);
   bool painted = false;
   try {
@@ -78,16 +81,22 @@ void TScenePainter::paint() {
       F.logPaintError(exceptionClassName(e), e.what(), nullptr);
     }
   }
-  // 4. Print areas come with printing. 5. The shapes, each in its own guard.
+  // The pages of the last print, under the shapes.
+  if (F.FShowPrintAreas && F.FIsPrintAreaAvailable && !F.FIsPrinting && !F.FIsPrintPreviewing &&
+      F.FPrintLayout && F.FPrintLayout->FProject == F.PathList.get())
+    paintPrintAreas(C, *F.FPrintLayout, F.FScale, F.FOffset);
+  // Each shape in a guard of its own: one bad shape loses only itself.
   paintShapes();
-  // 6 to 26 stand in one guard.
+  // Frames, crossings, thread, banners and the scale bar share one guard.
   try {
     paintGroupFrames();
     if (F.FShow_intersections) paintIntersections();
     if (F.FViewOptions.FShowStitchPattern || (F.PathList && F.PathList->FNumAlwaysShowStitchSimulator > 0))
       paintStitchSimulator();
-    paintBanners();
-    if (!F.FIsPrinting) paintScaleBar();
+    if (!F.FIsPrinting) {
+      paintBanners();
+      paintScaleBar();
+    }
   } catch (const std::exception& e) {
     F.logPaintError(exceptionClassName(e), e.what(), nullptr);
   } catch (...) {
@@ -98,12 +107,10 @@ void TScenePainter::paint() {
 bool TScenePainter::shapeIsShown(TPW_Path& shape, const TRectF& visible) {
   const bool printSelection = F.FIsPrinting || F.FIsPrintPreviewing;
   if (printSelection && F.FPaintSwitches.chkPrintSelectedShapesOnly && !shape.FSelected) return false;
-  if (!F.FIsPrinting) {
-    const TRectF b = shape.getBoundary(false).normalized();
-    if (b.Right < visible.Left || b.Left > visible.Right || b.Bottom < visible.Top ||
-        b.Top > visible.Bottom)
-      return false;
-  }
+  // On paper too: a sheet gets only the shapes that reach it.
+  const TRectF b = shape.getBoundary(false).normalized();
+  if (b.Right < visible.Left || b.Left > visible.Right || b.Bottom < visible.Top || b.Top > visible.Bottom)
+    return false;
   const TPaletteLook* row = rowOf(shape.FPalletIndex);
   if (row && !row->FIsVisible) {
     const bool leather = !shape.FCatalogGUID.isEmpty() && F.FPaintSwitches.chkSimulatorOn &&
@@ -124,7 +131,11 @@ void TScenePainter::paintShapes() {
     if (!isHoleShape(*s)) order.push_back(s.get());
   for (const auto& s : list)
     if (isHoleShape(*s)) order.push_back(s.get());
-  const TRectF visible = F.VisibleRealRect().normalized();
+  TRectF visible = F.VisibleRealRect().normalized();
+  // A pen on paper reaches past a shape's outline by half its width.
+  if (F.FIsPrinting)
+    visible = TRectF(TPointF::fromDouble(double(visible.Left) - 2, double(visible.Top) - 2),
+                     TPointF::fromDouble(double(visible.Right) + 2, double(visible.Bottom) + 2));
   for (TPW_Path* shape : order) {
     if (shape->FID < 0) list.renumber(*shape, list.getNextID());
     if (!shapeIsShown(*shape, visible)) continue;

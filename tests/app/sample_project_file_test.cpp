@@ -8,7 +8,7 @@
 
 #include "app/command_line.h"
 #include "app/demo_projects.h"
-#include "app/safe_file.h"
+#include "platform/safe_file.h"
 #include "app/sample_card_holder.h"
 #include "app/sample_project_file.h"
 #include "document/json_text_writer.h"
@@ -71,6 +71,19 @@ TEST(SampleProjectFile, CheckedInFileLoadsToTheBuildersShapes) {
   EXPECT_EQ(texts, 4);
 }
 
+TEST(SampleProjectFile, TheJapaneseDemoIsTheSampleInJapanese) {
+  TProgram p;
+  TfrmPelw& f = p.start({std::string(PELWRIGHT_SOURCE_DIR) + "/resources/samples/card_holder_ja.pwc"});
+  EXPECT_EQ(f.PathList->GetLayerName(0), "レイヤー 1");
+  std::vector<std::string> texts;
+  for (const auto& s : *f.PathList)
+    if (s->FShapeType == "TEXT") texts.push_back(s->FText);
+  ASSERT_EQ(texts.size(), 4u);
+  EXPECT_EQ(texts[0], "カードケース 本体 1枚");
+  TProgram en;
+  EXPECT_EQ(en.start({kSampleFile}).PathList->GetLayerName(0), "Layer 1") << "named from the phrase table";
+}
+
 TEST(SampleProjectFile, SavingItAgainGivesTheSameBytes) {
   const std::string original = readWholeFile(kSampleFile);
   ASSERT_EQ(original.rfind("\xEF\xBB\xBF{\"meta\":{\"file_type\":\"Pelwright\",\"version\":\"3.6.1\"", 0), 0u);
@@ -86,34 +99,6 @@ TEST(SampleProjectFile, SavingItAgainGivesTheSameBytes) {
   g.FFilename = p.file("third.pwc");
   ASSERT_TRUE(g.saveProject());
   EXPECT_EQ(readWholeFile(p.file("third.pwc")), original);
-}
-
-TEST(SampleProjectFile, HeadlessFitsTheSampleToAWindowSizedCanvas) {
-  TProgram p;
-  TfrmPelw& f = p.start({kSampleFile}, true);
-  EXPECT_EQ(f.FPboxWidth, 1200);
-  EXPECT_EQ(f.FPboxHeight, 800);
-  // The load fitted the view: 100 x 130 mm with 5 mm round it, the height
-  // decides, 800 / 140 px.
-  EXPECT_FLOAT_EQ(f.FScale.x, 5.8f);
-  EXPECT_FLOAT_EQ(f.FScale.y, 5.8f);
-  EXPECT_FLOAT_EQ(f.FOffset.x, 24.0f);
-  EXPECT_FLOAT_EQ(f.FOffset.y, 24.0f);
-  const TRectF v = f.VisibleRealRect();
-  EXPECT_LT(v.Left, 0);
-  EXPECT_GT(v.Bottom, 130);
-}
-
-TEST(SampleProjectFile, WriteSampleOptionOnTheCommandLine) {
-  const char* ok[] = {"pelwright", "--write-sample", "out.pwc"};
-  TCommandLine cl = parseCommandLine(3, ok);
-  EXPECT_EQ(cl.writeSampleFile, "out.pwc");
-  EXPECT_TRUE(cl.args.empty());
-  EXPECT_TRUE(cl.error.empty());
-  const char* missing[] = {"pelwright", "--write-sample"};
-  cl = parseCommandLine(2, missing);
-  EXPECT_EQ(cl.error, "--write-sample needs a file name");
-  EXPECT_NE(commandLineHelp().find("--write-sample FILE"), std::string::npos);
 }
 
 // ---- the demo project ----

@@ -6,7 +6,7 @@
 #include <filesystem>
 
 #include "app/ini_file.h"
-#include "app/safe_file.h"
+#include "platform/safe_file.h"
 #include "program_fixture.h"
 #include "stitching/iron_file.h"
 
@@ -24,10 +24,6 @@ std::string emptyProject() {
 TEST(StartupOptions, NoOptionsFileGivesDefaultsAndIsWrittenAtExit) {
   TProgram p;
   TfrmPelw& f = p.start();
-  EXPECT_FALSE(f.FOptions.FUseAutoSave);
-  EXPECT_FLOAT_EQ(f.FOptions.FCornerAngleThreshold, 160);
-  EXPECT_EQ(f.FOptions.FAutoPitchSteps, 50);
-  EXPECT_TRUE(f.FOptions.FLoadDemoProjectAtStartup);
   EXPECT_EQ(f.FCurrentColor, 0xFF00FFFFu);  // palette row 0 on the dark background
   EXPECT_FALSE(f.PathList->FIsChanged);
   EXPECT_EQ(f.FUndoList.size(), 1u);
@@ -38,9 +34,6 @@ TEST(StartupOptions, NoOptionsFileGivesDefaultsAndIsWrittenAtExit) {
   const TIniFile ini(p.appData() + "/pw_options.ini");
   EXPECT_EQ(ini.ReadString("Version", "AppVersion", ""), "3.6.1");
   EXPECT_EQ(ini.ReadString("AutoPitch", "AutoPitchPrecision2", ""), "0.001");
-  EXPECT_EQ(ini.ReadString("AutoPricking", "CornerAngleThreshold", ""), "160");
-  EXPECT_EQ(ini.ReadString("Text", "FontFace", ""), "Arial");
-  EXPECT_EQ(ini.ReadString("General", "NewSet", ""), "1");
   EXPECT_EQ(ini.ReadString("LinePallet39", "Dash", ""), "Solid");
   EXPECT_FALSE(ini.hasKey("MCP", "EnableServer"));
   EXPECT_TRUE(fs::exists(p.appData() + "/prickingirons.pwcp"));
@@ -64,21 +57,13 @@ TEST(StartupOptions, FullFileIsReadWithCommasAndUnknownKeysSurvive) {
   const TPW_Options& o = f.FOptions;
   EXPECT_EQ(o.FLastVersion, "3.5.0");
   EXPECT_TRUE(o.FUseAutoSave);
-  EXPECT_TRUE(o.FIsFixedPitchDefault);
-  EXPECT_EQ(o.FAutoPrickMode, 2);
   EXPECT_FLOAT_EQ(o.FCornerAngleThreshold, 150.5f);
-  EXPECT_FALSE(o.FForceFitLastPrick);
-  EXPECT_EQ(o.FAutoPitchSteps, 80);
   EXPECT_FLOAT_EQ(o.FAutoPitchStopGap, 0.25f);
   EXPECT_FLOAT_EQ(o.FPrintCalibration.y, 100.25f);
-  EXPECT_FALSE(o.FSVG_as_dots);
-  EXPECT_FALSE(o.FUseDXFR14);
-  EXPECT_EQ(o.FDimLineType, 5);
   EXPECT_EQ(f.FDefaultFont, "Georgia");
   EXPECT_EQ(f.FLangID, "ja");
   EXPECT_EQ(o.FUnitMode, TUnitMode::umIN);
   EXPECT_TRUE(f.FIsInch);
-  EXPECT_FALSE(f.FViewOptions.FReverseCursorKeyGridAreaMove);
   EXPECT_TRUE(f.FViewOptions.FShowStitchPattern);
   EXPECT_EQ(o.FFavouriteFonts, (std::vector<std::string>{"Georgia", "Verdana"}));
   EXPECT_EQ(f.FPalletList[0].FColor_BlackMode, 0xFF112233u);
@@ -143,17 +128,6 @@ TEST(StartupCommandLine, ProjectAsFirstArgument) {
   EXPECT_EQ(f.FUndoList.size(), 1u);
 }
 
-TEST(StartupCommandLine, FileThatIsNoProject) {
-  TProgram p;
-  writeTextFile(p.file("notes.txt"), "shopping list");
-  TfrmPelw& f = p.start({p.file("notes.txt")});
-  ASSERT_EQ(p.dialogs.FMessages.size(), 1u);
-  EXPECT_EQ(p.dialogs.FMessages[0], "Not a Pelwright file or the file is corrupted.\n" + p.file("notes.txt"));
-  EXPECT_TRUE(f.PathList->empty());
-  EXPECT_EQ(f.FUndoList.size(), 1u);
-  EXPECT_FALSE(f.PathList->FIsChanged);
-}
-
 TEST(StartupRecovery, LeftoverAutosaveIsLoadedRenamedFirstAndKeptAsItsOwn) {
   TProgram p;
   p.seed("autosave_77.tmp", emptyProject());
@@ -209,20 +183,6 @@ TEST(StartupDemo, DemoOnlyForAPersonWhoOpenedNothing) {
   TfrmPelw& f = p.start({"--instance-id", "1"}, false);  // a launched window still gets the demo
   EXPECT_TRUE(p.dialogs.FMessages.empty());
   EXPECT_EQ(f.PathList->Count(), 1u);
-}
-
-TEST(StartupIrons, UserFileGainsTheNewRowsOnce) {
-  TProgram p;
-  TPrickingIronGroups own;
-  own.addNewUserGroup()->FPrickingIron->FName = "My iron";
-  p.seed("prickingirons.pwcp", prickingIronFileText(own));
-  TfrmPelw& f = p.start();
-  EXPECT_EQ(f.FPrickingIronGroups.Count(), 7u);  // the user's group and the six new rows
-  EXPECT_EQ(f.FPrickingIronGroups[0]->FPrickingIron->FName, "My iron");
-  EXPECT_TRUE(f.FOptions.FNewPrickingIronsAdded);
-  p.stop();
-  TfrmPelw& g = p.start();
-  EXPECT_EQ(g.FPrickingIronGroups.Count(), 7u);
 }
 
 }  // namespace

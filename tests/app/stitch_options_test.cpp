@@ -76,8 +76,8 @@ TEST(StitchOptions, ReadAtStartUpAndTheCornerChoiceWrittenAtExit) {
 
 TEST(StitchOptions, TheSearchLimitsReachTheNextRow) {
   // 101 mm at pitch 4: the first trial stops a millimetre short of the end,
-  // the search finds the pitch that closes the row. With no rounds of the
-  // search allowed the first trial stands.
+  // the search finds the pitch that closes the row. With a stop gap wider
+  // than that millimetre the first trial stands.
   const auto lastHoleX = [](const char* options) {
     TProgram p;
     p.seed("pw_options.ini", options);
@@ -91,6 +91,6 @@ TEST(StitchOptions, TheSearchLimitsReachTheNextRow) {
     EXPECT_EQ(reply.FHoleCount, 26);
     return double(f.PathList->findByID(reply.FCreatedIds.back())->FCenter.x);
   };
-  EXPECT_NEAR(lastHoleX("[AutoPitch]\nAutoPitchSteps2=50\n"), 101.0, 0.1);
-  EXPECT_NEAR(lastHoleX("[AutoPitch]\nAutoPitchSteps2=0\n"), 100.0, 1e-3);
+  EXPECT_NEAR(lastHoleX("[AutoPitch]\nAutoPitchStopGap=0.1\n"), 101.0, 0.1);
+  EXPECT_NEAR(lastHoleX("[AutoPitch]\nAutoPitchStopGap=2\n"), 100.0, 1e-3);
 }

@@ -28,15 +28,6 @@ TEST(NumberText, ScientificBelowOneHundredThousandthAndBeyondFifteenDigits) {
   EXPECT_EQ(floatToText(2147483648.0), "2147483648");
 }
 
-TEST(NumberText, PointAddedOnlyWhenNeitherPointNorExponent) {
-  EXPECT_EQ(floatToTextWithPoint(10.0f), "10.0");
-  EXPECT_EQ(floatToTextWithPoint(0.1f), "0.100000001490116");
-  EXPECT_EQ(floatToTextWithPoint(1e-6), "1E-6");
-  EXPECT_EQ(floatToTextWithPoint(0.0), "0.0");
-  EXPECT_EQ(floatToText(std::numeric_limits<double>::quiet_NaN()), "NAN");
-  EXPECT_EQ(floatToTextWithPoint(-std::numeric_limits<double>::infinity()), "-INF");
-}
-
 TEST(NumberText, ParsingIsStrictAndLocaleFree) {
   double v = 0;
   EXPECT_TRUE(textToFloat(" 12.5 ", v));
@@ -91,33 +82,3 @@ std::string referenceFloatText(double value) {
 }
 
 }  // namespace
-
-TEST(NumberText, SinglesTakeAFastPathWithTheSameText) {
-  std::mt19937 rng(7);
-  std::vector<float> values;
-  // Every binary exponent of a single, random mantissas and signs.
-  for (int i = 0; i < 1000000; ++i) {
-    uint32_t bits = static_cast<uint32_t>(rng());
-    float f;
-    std::memcpy(&f, &bits, sizeof f);
-    if (std::isfinite(f)) values.push_back(f);
-  }
-  // Coordinates as drawings have them, and the neighbours of powers of ten
-  // where the first digit changes.
-  std::uniform_real_distribution<float> mm(-2000, 2000);
-  for (int i = 0; i < 300000; ++i) values.push_back(mm(rng));
-  for (int e = -20; e <= 16; ++e) {
-    const float p = static_cast<float>(std::pow(10.0, e));
-    values.push_back(p);
-    values.push_back(std::nextafter(p, 0.0f));
-    values.push_back(std::nextafter(p, 1e30f));
-  }
-  for (float f : values) {
-    const std::string ref = referenceFloatText(f);
-    ASSERT_EQ(floatToText(f), ref) << std::hexfloat << f;
-    std::string appended = "x";
-    appendFloatText(appended, f, 15, true);
-    const bool bare = ref.find_first_of(".E") == std::string::npos;
-    ASSERT_EQ(appended, "x" + ref + (bare ? ".0" : "")) << std::hexfloat << f;
-  }
-}

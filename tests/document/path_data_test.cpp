@@ -14,16 +14,6 @@ std::string parsed(const std::string& svg) {
 
 }  // namespace
 
-TEST(PathDataText, EveryItemEndsInABlank) {
-  TPathData d;
-  d.MoveTo(TPointF(1, 2));
-  d.LineTo(TPointF(0.1f, -3));
-  d.CurveTo(TPointF(4, 5), TPointF(6, 7), TPointF(8, 9));
-  d.ClosePath();
-  EXPECT_EQ(d.getData(), "M1,2 L0.100000001490116,-3 C4,5 6,7 8,9 Z ");
-  EXPECT_EQ(TPathData().getData(), "");
-}
-
 TEST(PathDataText, RoundTripIsExact) {
   TPathData d;
   d.MoveTo(TPointF(1.0f / 3.0f, 2.7182817f));
@@ -102,27 +92,6 @@ TEST(PathDataShapes, EllipseStartsAtTheLeftMiddleWithoutClose) {
   EXPECT_NEAR(d[1].Point.y, 5 - 5 * 0.5522847498, 1e-5);
 }
 
-TEST(PathDataShapes, ArcIsCutIntoQuarterTurns) {
-  TPathData d;
-  d.AddArc(TPointF(0, 0), TPointF(10, 10), 0, 100);  // 90 and the remaining 10
-  ASSERT_EQ(d.Count(), 8u);
-  EXPECT_EQ(d[0].Kind, TPathPointKind::MoveTo);
-  EXPECT_EQ(d[4].Kind, TPathPointKind::LineTo);
-  EXPECT_NEAR(d[3].Point.x, 0.0, 1e-5);
-  EXPECT_NEAR(d[3].Point.y, 10.0, 1e-5);
-  EXPECT_NEAR(d[7].Point.x, 10 * std::cos(100 * M_PI / 180), 1e-5);
-
-  TPathData half;
-  half.AddArc(TPointF(0, 0), TPointF(10, 10), 0, 180.3);  // within 0.01 rad of two quarters
-  EXPECT_EQ(half.Count(), 8u);
-  TPathData none;
-  none.AddArc(TPointF(0, 0), TPointF(10, 10), 0, 1e-12);
-  EXPECT_TRUE(none.isEmpty());
-  TPathData over;
-  over.AddArc(TPointF(0, 0), TPointF(10, 10), 0, 720);  // clamped to one turn
-  EXPECT_EQ(over.Count(), 16u);
-}
-
 TEST(PathDataFlatten, PieceCountFollowsTheChordLength) {
   // A straight cubic from 0 to 30: length 30, N = 30 / 0.3 = 100 points
   // from t = 0 (a zero-length first piece) to t = 98/99, then the end.
@@ -160,42 +129,6 @@ TEST(PathDataFlatten, HugeCurvesStopWhereMorePiecesGainNothing) {
       ASSERT_LT(r - mid, 0.01) << i;
     }
   }
-}
-
-TEST(PathDataFlatten, ShortCurvesBecomeOneChordAndTiesRoundToEven) {
-  TPathData d;
-  d.MoveTo(TPointF(0, 0));
-  d.CurveTo(TPointF(0.2f, 0), TPointF(0.4f, 0), TPointF(0.6f, 0));  // N = 2
-  d.Flatten(0.3);
-  EXPECT_EQ(d.getData(), "M0,0 L0.600000023841858,0 ");
-
-  // Length 0.75 / 0.3 = 2.5 rounds to 2: still one chord. (The chord estimate
-  // skips t = 5/6, which on a straight, evenly spaced curve changes nothing.)
-  TPathData tie;
-  tie.MoveTo(TPointF(0, 0));
-  tie.CurveTo(TPointF(0.25f, 0), TPointF(0.5f, 0), TPointF(0.75f, 0));
-  tie.Flatten(0.3);
-  EXPECT_EQ(tie.Count(), 2u);
-  // 1.2 / 0.3 = 4: points at t = 0, 1/3, 2/3, then the end.
-  TPathData four;
-  four.MoveTo(TPointF(0, 0));
-  four.CurveTo(TPointF(0.4f, 0), TPointF(0.8f, 0), TPointF(1.2f, 0));
-  four.Flatten(0.3);
-  EXPECT_EQ(four.Count(), 5u);
-}
-
-TEST(PathDataTransform, MatrixRotatesClockwiseOnTheScreen) {
-  TPathData d;
-  d.MoveTo(TPointF(10, 0));
-  d.ApplyMatrix(TMatrix::rotation(M_PI / 2));
-  EXPECT_NEAR(d[0].Point.x, 0, 1e-5);
-  EXPECT_NEAR(d[0].Point.y, 10, 1e-5);  // y grows downwards: a quarter turn clockwise
-  d.Translate(5, -5);
-  EXPECT_NEAR(d[0].Point.x, 5, 1e-5);
-  EXPECT_NEAR(d[0].Point.y, 5, 1e-5);
-  const TMatrix m = TMatrix::scaling(2, 3) * TMatrix::translation(1, 1);
-  const TPointF p = m.apply(TPointF(1, 1));
-  EXPECT_EQ(p, TPointF(3, 4));
 }
 
 TEST(PathDataSharing, CopiesShareUntilOneChanges) {

@@ -76,42 +76,6 @@ TEST(ProjectValueForms, TolerantReading) {
   }
 }
 
-TEST(ProjectJsonWriter, EscapesEverythingOutsidePrintableAscii) {
-  EXPECT_EQ(jsonAsciiString("a\"b\\c"), "\"a\\\"b\\\\c\"");
-  EXPECT_EQ(jsonAsciiString("line\r\nend\t"), "\"line\\u000D\\u000Aend\\u0009\"");
-  EXPECT_EQ(jsonAsciiString("\x7F"), "\"\\u007F\"");
-  EXPECT_EQ(jsonAsciiString("メモ"), "\"\\u30E1\\u30E2\"");
-  EXPECT_EQ(jsonAsciiString("\xF0\x9F\x98\x80"), "\"\\uD83D\\uDE00\"");  // beyond the basic plane
-  EXPECT_EQ(jsonAsciiString("a\xFFz"), "\"a\\uFFFDz\"");  // not UTF-8
-  TJsonTextWriter w;
-  w.beginObject();
-  w.key("a");
-  w.beginArray();
-  w.rawNumber("1.0");
-  w.intValue(-2);
-  w.boolValue(true);
-  w.endArray();
-  w.stringField("b", "x");
-  w.key("c");
-  w.beginObject();
-  w.endObject();
-  w.endObject();
-  EXPECT_EQ(w.text(), "{\"a\":[1.0,-2,true],\"b\":\"x\",\"c\":{}}");
-}
-
-TEST(ProjectShapeObject, LineKeysInOrderWithTheirForms) {
-  const auto s = lineShape();
-  EXPECT_EQ(shapeText(*s),
-            "{\"id\":\"7\",\"type\":\"LINE\",\"sp\":[10.0,0.100000001490116],\"ep\":[20.0,0.100000001490116],"
-            "\"ct\":[0.0,0.0],\"w\":\"0.0\",\"h\":\"0.0\",\"color\":\"Red\",\"dash\":\"Dash\",\"opc\":\"0.5\","
-            "\"path\":\"M10,0.100000001490116 L20,0.100000001490116 \",\"rt\":\"0.0\",\"st\":\"\",\"inv\":\"0\","
-            "\"bz1\":[0.0,0.0],\"bz2\":[0.0,0.0],\"thk\":\"1.5\",\"la\":\"0.0\",\"lb\":\"0.100000001490116\","
-            "\"iv\":\"0\",\"ih\":\"-1\",\"sta\":\"0.0\",\"swa\":\"0.0\",\"tx\":\"\",\"fs\":\"10.0\","
-            "\"ff\":\"Meiryo UI\",\"txst\":\"1.0\",\"txrd\":\"0.0\","
-            "\"guid\":\"{0A1B2C3D-4E5F-6071-8293-A4B5C6D7E8F9}\",\"nm\":\"\",\"gid\":\"0\",\"dim\":\"0\","
-            "\"arst\":\"0\",\"ared\":\"0\",\"layer\":\"0\",\"plidx\":\"2\"}");
-}
-
 TEST(ProjectShapeObject, ConditionalKeys) {
   TPrickingIron iron;
   iron.FBladeType = "D";

@@ -20,26 +20,6 @@ std::unique_ptr<TPW_Path> line(TPointF a, TPointF b) {
 
 }  // namespace
 
-TEST(ShapeRecord, NewShapeDefaults) {
-  auto s = newShape(7);
-  EXPECT_EQ(s->FShapeType, "OTHER");
-  EXPECT_TRUE(s->FData.isEmpty());
-  EXPECT_FLOAT_EQ(s->FOpacity, 0.5f);
-  EXPECT_FLOAT_EQ(s->FFontSize, 10.0f);
-  EXPECT_EQ(s->FFontFamily, "Meiryo UI");
-  EXPECT_EQ(s->FThreadColor, 0xFFFFFFFFu);
-  EXPECT_EQ(s->FPrevStitchID, -1);
-  EXPECT_EQ(s->FNextStitchID, -1);
-  EXPECT_EQ(s->FID, 7);
-  EXPECT_EQ(s->FPalletIndex, 3);
-  EXPECT_EQ(s->FDash, TStrokeDash::Dash);
-  EXPECT_TRUE(s->FTextFill);
-  EXPECT_EQ(s->FCatalogScale, TPointF(1, 1));
-  EXPECT_FALSE(s->FGUID.isEmpty());
-  EXPECT_TRUE(s->FCatalogGUID.isEmpty());
-  EXPECT_NE(s->FGUID, newShape()->FGUID);
-}
-
 TEST(ShapeRecord, CopyKeepsIdentityButNotScratch) {
   auto s = newShape(9);
   s->drawBezierPath(TPointF(0, 0), TPointF(10, 20), TPointF(30, 20), TPointF(40, 0));
@@ -106,31 +86,6 @@ TEST(ShapeRecord, ArcSweepNormalisationAndFlatness) {
   EXPECT_DOUBLE_EQ(arcFlatness(5.0), 0.3);
 }
 
-TEST(ShapeRecord, EllipseAndDotPaths) {
-  auto e = newShape();
-  e->drawEllipsePath(TPointF(50, 20), 20, 10);
-  EXPECT_EQ(e->FStartPt, TPointF(40, 20));
-  EXPECT_EQ(e->FEndPt, TPointF(40, 20));
-  EXPECT_EQ(e->FData[0].Point, TPointF(50, 20));  // the leading move to the centre stays
-  EXPECT_EQ(e->FData[1].Kind, TPathPointKind::MoveTo);
-  // No closing piece: the intervals end back at the left middle.
-  const auto iv = e->getIntervals(false);
-  EXPECT_EQ(iv.back().bottomRight(), TPointF(40, 20));
-  EXPECT_NEAR(e->calcTotalLength(), 48.44, 0.1);  // Ramanujan's perimeter of 10 by 5 radii
-
-  auto origin = newShape();
-  origin->drawEllipsePath(TPointF(0, 0), 10, 10);  // the stray move to the origin is cleaned
-  EXPECT_EQ(origin->FData[0].Point, TPointF(-5, 0));
-  EXPECT_EQ(origin->FData[0].Kind, TPathPointKind::MoveTo);
-
-  auto dot = newShape();
-  dot->drawDotPath(TPointF(3, 4), 0.5f);
-  EXPECT_EQ(dot->FShapeType, "DOT");
-  EXPECT_FLOAT_EQ(dot->FWidth, 1.0f);
-  EXPECT_EQ(dot->FData.Count(), 14u);  // centre, then an unflattened ellipse
-  EXPECT_EQ(dot->FData[2].Kind, TPathPointKind::CurveTo);
-}
-
 TEST(ShapeRecord, BoundaryIsCachedUntilReset) {
   auto b = newShape();
   b->drawBezierPath(TPointF(0, 0), TPointF(0, -20), TPointF(40, -20), TPointF(40, 0));
@@ -155,41 +110,6 @@ TEST(ShapeRecord, BoundaryIsCachedUntilReset) {
   EXPECT_TRUE(other->fillPath());
   EXPECT_FALSE(line(TPointF(0, 0), TPointF(1, 1))->fillPath());
   EXPECT_FALSE(newShape()->fillPath());
-}
-
-TEST(ShapeRecord, ControlPointsByKind) {
-  auto l = line(TPointF(0, 0), TPointF(8, 4));
-  const auto lp = l->getControlPoints(false, false, false);
-  ASSERT_EQ(lp.size(), 5u);
-  EXPECT_EQ(lp[1], TPointF(2, 1));
-  EXPECT_EQ(lp[2], TPointF(4, 2));
-
-  auto circle = newShape();
-  circle->drawEllipsePath(TPointF(0, 0), 10, 10);
-  const auto cp = circle->getControlPoints(false, false, false);
-  ASSERT_EQ(cp.size(), 5u);
-  EXPECT_EQ(cp[1], TPointF(0, 5));  // bottom before top
-  auto ellipse = newShape();
-  ellipse->drawEllipsePath(TPointF(0, 0), 20, 10);
-  const auto ep = ellipse->getControlPoints(false, false, false);
-  ASSERT_EQ(ep.size(), 9u);
-  // Diagonals use the half width on both axes.
-  EXPECT_NEAR(ep[1].x, 10 / std::sqrt(2.0), 1e-5);
-  EXPECT_NEAR(ep[1].y, -10 / std::sqrt(2.0), 1e-5);
-
-  auto arc = newShape();
-  arc->drawArcPath(TPointF(0, 0), TPointF(10, 10), TPointF(10, 0), TPointF(-10, 0), 180);
-  const auto ap = arc->getControlPoints(true, false, false);
-  ASSERT_EQ(ap.size(), 6u);
-  EXPECT_NEAR(ap[2].y, 10, 1e-5);  // half way round, below the centre
-  EXPECT_EQ(ap[5], TPointF(0, 0));
-
-  auto bez = newShape();
-  bez->drawBezierPath(TPointF(0, 0), TPointF(10, 0), TPointF(20, 0), TPointF(30, 0));
-  EXPECT_EQ(bez->getControlPoints(false, false, false).size(), 2u);
-  const auto bp = bez->getControlPoints(false, false, true);
-  ASSERT_EQ(bp.size(), 5u);
-  EXPECT_NEAR(bp[3].x, 15, 1e-4);  // half the arc length of a straight curve
 }
 
 TEST(ShapeRecord, OnPathLimitIsOnTheCrossProduct) {
@@ -230,21 +150,6 @@ TEST(ShapeRecord, LengthsAlongTheIntervals) {
   EXPECT_FLOAT_EQ(zig->calcLengthFromAPoint(TPointF(50, 50), 1), 0.0f);
 }
 
-TEST(ShapeRecord, FirstAndLastPoints) {
-  auto s = newShape();
-  s->FData.setData("M1,1 L1,1 L5,5 L9,9 L9,9");
-  TPointF a, b;
-  s->getFirstTwoPoints(a, b);
-  EXPECT_EQ(a, TPointF(1, 1));
-  EXPECT_EQ(b, TPointF(5, 5));
-  s->getLastTwoPoints(a, b);
-  EXPECT_EQ(a, TPointF(5, 5));
-  EXPECT_EQ(b, TPointF(9, 9));
-  s->FData.setData("M3,3 L3,3");
-  s->getFirstTwoPoints(a, b);
-  EXPECT_EQ(b, TPointF(0, 0));
-}
-
 TEST(ShapeRecord, SelectionTests) {
   auto l = line(TPointF(10, 10), TPointF(20, 20));
   EXPECT_TRUE(l->inRange(TPointF(25, 25), TPointF(5, 5), false));
@@ -258,31 +163,6 @@ TEST(ShapeRecord, SelectionTests) {
   EXPECT_TRUE(l->doesItIntersectWith(*near));
   auto far = line(TPointF(20.02f, 20.02f), TPointF(30, 30));
   EXPECT_FALSE(l->doesItIntersectWith(*far));
-}
-
-TEST(ShapeRecord, IdenticalByKind) {
-  auto a = line(TPointF(0, 0), TPointF(10, 0));
-  auto b = line(TPointF(10.004f, 0), TPointF(0, 0.003f));
-  EXPECT_TRUE(a->isIdentical(*b));
-  auto bz = newShape();
-  bz->drawBezierPath(TPointF(0, 0), TPointF(1, 5), TPointF(9, 5), TPointF(10, 0));
-  auto twin = newShape();
-  twin->drawBezierPath(TPointF(10, 0), TPointF(9, 5), TPointF(1, 5), TPointF(0, 0));
-  EXPECT_FALSE(bz->isIdentical(*twin));  // reversed with swapped controls does not count
-  EXPECT_FALSE(bz->isIdentical(*a));
-  auto h1 = newShape();
-  h1->FShapeType = "S_HOLE";
-  h1->FStartPt = TPointF(3, 3);
-  auto h2 = newShape();
-  h2->FShapeType = "S_HOLE";
-  h2->FStartPt = TPointF(3, 3);
-  h2->FRotation = 45;
-  EXPECT_TRUE(h1->isIdentical(*h2));
-  auto e1 = newShape();
-  e1->drawEllipsePath(TPointF(0, 0), 10, 10);
-  auto e2 = newShape();
-  e2->drawEllipsePath(TPointF(0, 0), 10, 10.001f);
-  EXPECT_FALSE(e1->isIdentical(*e2));
 }
 
 TEST(ShapeRecord, ReverseSwapsEndsAndDirection) {
@@ -307,67 +187,6 @@ TEST(ShapeRecord, ReverseSwapsEndsAndDirection) {
   t->FData.setData("M0,0 L5,5");
   t->reversePath();
   EXPECT_EQ(t->FData.getData(), "M0,0 L5,5 ");
-}
-
-TEST(ShapeRecord, SplitArcLeavesTheLastPieceInPlace) {
-  auto a = newShape(4);
-  a->drawArcPath(TPointF(0, 0), TPointF(10, 10), TPointF(10, 0), TPointF(-10, 0), 180);
-  auto pieces = a->splitArc();
-  // A half turn is cut in three, not two.
-  ASSERT_EQ(pieces.size(), 2u);
-  EXPECT_FLOAT_EQ(pieces[0]->FSweepAngle, 60.0f);
-  EXPECT_FLOAT_EQ(a->FSweepAngle, 60.0f);
-  EXPECT_EQ(pieces[0]->FID, 4);
-  EXPECT_EQ(pieces[1]->FStartPt, pieces[0]->FEndPt);
-  EXPECT_EQ(a->FStartPt, pieces[1]->FEndPt);
-  EXPECT_EQ(a->FEndPt, TPointF(-10, 0));
-
-  auto q = newShape();
-  q->drawArcPath(TPointF(0, 0), TPointF(10, 10), TPointF(10, 0), TPointF(0, 10), 90);
-  EXPECT_TRUE(q->splitArc().empty());
-  auto r = newShape();
-  r->drawArcPath(TPointF(0, 0), TPointF(10, 10), TPointF(10, 0), TPointF(0, 10), 91);
-  auto two = r->splitArc();
-  ASSERT_EQ(two.size(), 1u);
-  EXPECT_FLOAT_EQ(two[0]->FSweepAngle, 45.5f);
-  EXPECT_FLOAT_EQ(r->FSweepAngle, 45.5f);
-}
-
-TEST(ShapeRecord, ArcToBezierStaysOnTheCircle) {
-  auto a = newShape();
-  a->drawArcPath(TPointF(0, 0), TPointF(10, 10), TPointF(10, 0), TPointF(0, 10), 90);
-  a->convertArcToBezier();
-  ASSERT_EQ(a->FShapeType, "BEZIER");
-  const double k = 4.0 / 3.0 * std::tan(M_PI / 8);
-  EXPECT_NEAR(a->FBezierCp1.x, 10, 1e-5);
-  EXPECT_NEAR(a->FBezierCp1.y, 10 * k, 1e-5);
-  EXPECT_NEAR(a->FBezierCp2.x, 10 * k, 1e-5);
-  EXPECT_NEAR(a->FBezierCp2.y, 10, 1e-5);
-
-  auto half = newShape();
-  half->drawArcPath(TPointF(0, 0), TPointF(10, 10), TPointF(10, 0), TPointF(-10, 0), 180);
-  half->convertArcToBezier();
-  EXPECT_NEAR(half->FBezierCp1.y, 10 * 4.0 / 3.0, 1e-4);  // both controls below
-  EXPECT_NEAR(half->FBezierCp2.y, 10 * 4.0 / 3.0, 1e-4);
-
-  auto big = newShape();
-  big->drawArcPath(TPointF(0, 0), TPointF(10, 10), TPointF(10, 0), TPointF(0, -10), 270);
-  big->convertArcToBezier();
-  EXPECT_EQ(big->FShapeType, "ARC");
-}
-
-TEST(ShapeRecord, NearestBezierParameterPrefersTheSmallestT) {
-  auto b = newShape();
-  b->drawBezierPath(TPointF(0, 0), TPointF(10, 0), TPointF(20, 0), TPointF(30, 0));
-  TPointF at;
-  EXPECT_FLOAT_EQ(b->findNearestBezierT(TPointF(30, 0), at), 1.0f);
-  EXPECT_EQ(at, TPointF(30, 0));
-  // A symmetric arch seen from below its middle: both ends are equally near,
-  // and the scan keeps the first.
-  auto arch = newShape();
-  arch->drawBezierPath(TPointF(0, 0), TPointF(0, -10), TPointF(10, -10), TPointF(10, 0));
-  const float t = arch->findNearestBezierT(TPointF(5, 10), at);
-  EXPECT_LT(t, 0.5f);
 }
 
 namespace {
@@ -421,20 +240,6 @@ TEST(ShapeRecord, StraightTextRunsRightAndTurnsAboutItsTopLeft) {
   EXPECT_NEAR(turned.Right, 100, 1e-4);
   EXPECT_NEAR(turned.Top, 45, 1e-4);
   EXPECT_NEAR(turned.Bottom, 55, 1e-4);
-}
-
-TEST(ShapeRecord, CurvedTextStartsAtTheStartPointTopOutward) {
-  TLayoutScope scope;
-  auto t = newShape();
-  t->drawTextPath("A", TPointF(0, 0), 10, 0, "Sans", 20, 1);
-  // One letter 5 wide and 10 high, centred on the start point and turned a
-  // quarter anticlockwise: its top faces away from the circle's centre at (20, 0).
-  const TRectF r = t->getMinMaxRect();
-  EXPECT_NEAR(r.Left, -5, 1e-4);
-  EXPECT_NEAR(r.Right, 5, 1e-4);
-  EXPECT_NEAR(r.Top, -2.5, 1e-4);
-  EXPECT_NEAR(r.Bottom, 2.5, 1e-4);
-  EXPECT_NEAR(t->FData[0].Point.x, -5, 1e-4);  // the glyph's top left went to the outside
 }
 
 TEST(PointHelpers, RoundingAndSameness) {

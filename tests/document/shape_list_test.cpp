@@ -94,20 +94,6 @@ TEST_F(ShapeListTest, ClearAllResetsTheDocumentState) {
   EXPECT_EQ(list.FLayers, std::vector<int>{0});
 }
 
-TEST_F(ShapeListTest, ShapesKeepListOrderThroughMovesAndRemovals) {
-  TShapeList list(&lang, "en");
-  for (int id = 1; id <= 4; ++id) EXPECT_EQ(list.add(shape(id), 0), id - 1);
-  list.move(0, 3);
-  EXPECT_EQ(list[3]->FID, 1);
-  EXPECT_EQ(list.indexOf(list.findByID(3)), 1);
-  auto taken = list.extract(1);
-  EXPECT_EQ(taken->FID, 3);
-  EXPECT_EQ(list.findByID(3), nullptr);
-  list.insert(0, std::move(taken));
-  EXPECT_EQ(list[0]->FID, 3);
-  EXPECT_EQ(list.Count(), 4u);
-}
-
 TEST(Intersections, SameCrossingOfTheSamePairIsStoredOnce) {
   auto a = shape(1), b = shape(2), c = shape(3);
   TIntersections list;
@@ -125,18 +111,4 @@ TEST(Intersections, SameCrossingOfTheSamePairIsStoredOnce) {
   EXPECT_TRUE(list.empty());
   // After a removal the same crossing can be added again.
   EXPECT_EQ(list.Add(std::make_unique<TIntersection>(TPointF(1, 1), a.get(), b.get())), 0);
-}
-
-TEST(Intersections, CopiesKeepPointShapesAndFlagButNotIds) {
-  auto a = shape(1), b = shape(2);
-  TIntersection x(TPointF(2, 3), a.get(), b.get());
-  x.FIsCrossing = true;
-  x.FPathID1 = 1;
-  x.FPathID2 = 2;
-  auto c = x.createCopy();
-  EXPECT_EQ(c->FPoint, TPointF(2, 3));
-  EXPECT_EQ(c->FPath1, a.get());
-  EXPECT_TRUE(c->FIsCrossing);
-  EXPECT_EQ(c->FPathID1, -1);
-  EXPECT_EQ(c->FPathID2, -1);
 }

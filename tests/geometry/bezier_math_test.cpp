@@ -47,29 +47,6 @@ TEST(BezierPointAtLength, FollowsArcLengthAndClampsToTheEnds) {
   EXPECT_EQ(total, 0.0);
 }
 
-TEST(BezierQuarterMarks, ExactPointsAtLengthCachedUntilReset) {
-  auto s = shapes::bezier(TPointF(0, 0), TPointF(10, 25), TPointF(40, -20), TPointF(50, 5));
-  const TPointFArray pts = s->getControlPoints(false, false, true);
-  ASSERT_EQ(pts.size(), 5u);
-  const TBezier b = bezierOf(*s);
-  double total = 0;
-  for (int i = 0; i < 3; ++i)
-    EXPECT_TRUE(pts[2 + i].identical(bezierPointAtLength(b, bezierLength(b) * (i + 1) / 4, total)));
-  s->FBezierCp1 = TPointF(0, 40);  // behind the shape's back: the cache stays
-  EXPECT_TRUE(s->getControlPoints(false, false, true)[2].identical(pts[2]));
-  s->resetBoundary();
-  EXPECT_FALSE(s->getControlPoints(false, false, true)[2].identical(pts[2]));
-}
-
-TEST(NearestBezierParameter, TiesTakeTheSmallerParameterAndTheEndIsScanned) {
-  auto loop = shapes::bezier(TPointF(0, 0), TPointF(10, 10), TPointF(-10, 10), TPointF(0, 0));
-  TPointF at;
-  EXPECT_EQ(loop->findNearestBezierT(TPointF(0, -5), at), 0.0f);
-  auto s = shapes::bezier(TPointF(0, 0), TPointF(10, 0), TPointF(20, 0), TPointF(30, 0));
-  EXPECT_EQ(s->findNearestBezierT(TPointF(30, 0), at), 1.0f);
-  EXPECT_NEAR(s->findNearestBezierT(TPointF(12.34f, 1.0f), at), 0.4113f, 1e-6);
-}
-
 TEST(BezierSplit, TheTwoHalvesRetraceTheOriginal) {
   TShapeList ids(nullptr, "en");
   ids.FLastID = 41;

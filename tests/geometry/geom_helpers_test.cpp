@@ -5,17 +5,6 @@
 #include "geometry/geom_helpers.h"
 #include "geometry/normal_line.h"
 
-TEST(PointHelpers, SamePointRoundingAndDistanceTolerance) {
-  EXPECT_TRUE(samePoint(TPointF(1.004f, 0), TPointF(0.996f, 0), 0.0));
-  EXPECT_FALSE(samePoint(TPointF(1.004f, 0), TPointF(1.006f, 0), 0.0));
-  EXPECT_FALSE(samePoint(TPointF(0, 0), TPointF(3, 4), 5.0));  // strictly below
-  EXPECT_FLOAT_EQ(roundTo2Decimals(-2.125f), -2.13f);        // half away from zero
-  const TPointF p = roundPointTo4Decimals(TPointF(1.23456f, -7.00006f));
-  EXPECT_FLOAT_EQ(p.x, 1.2346f);
-  EXPECT_FLOAT_EQ(p.y, -7.0001f);
-  EXPECT_TRUE(unitVectorTo(TPointF(2, 2), TPointF(2, 2)).identical(TPointF(0, 0)));
-}
-
 TEST(PointHelpers, AnglesRunClockwiseOnTheScreen) {
   const double pi = std::numbers::pi;
   EXPECT_DOUBLE_EQ(directionAngle(TPointF(0, 0)), 0.0);

@@ -44,18 +44,6 @@ TEST(PolylineEngine, EndsWithinATenthMeetAtTheFirstShapesEnd) {
   EXPECT_TRUE(poly(*a, *line(TPointF(10.08f, 0.08f), TPointF(10, 10))).empty());  // 0.113
 }
 
-TEST(PolylineEngine, RangeMarginIsFiveHundredthsUnlessExtended) {
-  auto a = line(TPointF(0, 0), TPointF(10, 10));
-  // Stopping 0.03 short of (5, 5) on each axis is accepted, 0.07 is not.
-  auto x = poly(*a, *line(TPointF(0, 10), TPointF(4.97f, 5.03f)));
-  ASSERT_EQ(x.size(), 1u);
-  EXPECT_NEAR(x[0]->FPoint.x, 5, 1e-5);
-  EXPECT_TRUE(x[0]->FIsCrossing);
-  auto tooShort = line(TPointF(0, 10), TPointF(4.93f, 5.07f));
-  EXPECT_TRUE(poly(*a, *tooShort).empty());
-  EXPECT_EQ(poly(*a, *tooShort, nullptr, true).size(), 1u);
-}
-
 TEST(PolylineEngine, CrossingsCloserThanATenthAreOneAndLooseEndsAreCaught) {
   auto a = line(TPointF(0, 0), TPointF(10, 0));
   auto zig = bezier(TPointF(4.97f, -1), TPointF(4.97f, 2), TPointF(5.03f, 2), TPointF(5.03f, -1));
@@ -89,14 +77,4 @@ TEST(PolylineEngine, LayersKindsAndDimensionLines) {
   EXPECT_EQ(poly(*a, *dim).size(), 1u);
   dim->drawLinePath(TPointF(0, 10), TPointF(10, 0));
   EXPECT_TRUE(poly(*a, *dim).empty());
-}
-
-TEST(PolylineEngine, EllipsesSkipEndMatching) {
-  auto c = shapes::circle(TPointF(0, 0), 20);
-  auto x = poly(*c, *line(TPointF(-10, 0), TPointF(0, 0)));  // from the circle's stored ends
-  ASSERT_EQ(x.size(), 1u);
-  EXPECT_NEAR(x[0]->FPoint.x, -10, 1e-3);
-  x = poly(*c, *bezier(TPointF(-20, 2), TPointF(-5, 3), TPointF(5, 3), TPointF(20, 2)));
-  ASSERT_EQ(x.size(), 2u);
-  EXPECT_NEAR(std::fabs(x[0]->FPoint.x), std::sqrt(100.0 - 2.5 * 2.5), 0.2);
 }

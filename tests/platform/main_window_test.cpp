@@ -88,36 +88,6 @@ TEST_F(MainWindowView, OpensFittedOnTheSample) {
   keep("card_holder_black_fit.png");
 }
 
-TEST_F(MainWindowView, WheelZoomsAboutThePointerAndCtrlRComesBack) {
-  EXPECT_TRUE(dialogs.FMessages.empty());
-  EXPECT_EQ(form.FFilename, kSampleFile);
-  const TPointF fitted = form.FScale;
-  const TPointF fittedOffset = form.FOffset;
-  TCanvasWidget* canvas = window->canvas();
-  // Two notches in at a point on the body, one out at another place: the
-  // drawing under the pointer stays under it each time.
-  for (const auto& [at, delta] : {std::pair{QPointF(200, 150), 120}, std::pair{QPointF(200, 150), 120},
-                                  std::pair{QPointF(613, 427), -120}}) {
-    const TPointF before = form.ScreenToReal(TPointF(at.x(), at.y()));
-    const float scale = form.FScale.x;
-    QWheelEvent wheel(at, canvas->mapToGlobal(at), QPoint(), QPoint(0, delta), Qt::NoButton, Qt::NoModifier,
-                      Qt::NoScrollPhase, false);
-    QApplication::sendEvent(canvas, &wheel);
-    EXPECT_FLOAT_EQ(form.FScale.x, scale * static_cast<float>(std::pow(2.0, delta / 500.0)));
-    const TPointF after = form.ScreenToReal(TPointF(at.x(), at.y()));
-    EXPECT_NEAR(after.x, before.x, 0.002);
-    EXPECT_NEAR(after.y, before.y, 0.002);
-  }
-  EXPECT_GT(form.FScale.x, fitted.x * 1.1f);
-  // Ctrl+R as the user presses it, on the active window.
-  window->activateWindow();
-  ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
-  QTest::keyClick(window.get(), Qt::Key_R, Qt::ControlModifier);
-  EXPECT_TRUE(form.FScale.identical(fitted));
-  EXPECT_TRUE(form.FOffset.identical(fittedOffset));
-  EXPECT_EQ(window->FActResetView->shortcut(), QKeySequence("Ctrl+R"));
-}
-
 TEST_F(MainWindowView, ViewMenuSwitchesBackgroundAndGrid) {
   window->FActShowStitchSimulator->trigger();
   window->FActWhiteBackground->trigger();
@@ -129,21 +99,6 @@ TEST_F(MainWindowView, ViewMenuSwitchesBackgroundAndGrid) {
   EXPECT_FALSE(form.FShowGrid);
   window->FActBlackBackground->trigger();
   EXPECT_TRUE(form.FIsBlackBackgroundMode);
-}
-
-TEST_F(MainWindowView, TwentyPixelsAMillimetre) {
-  form.FScale = TPointF(20, 20);
-  form.FOffset = TPointF(-1400, -1000);  // the lower right corner of the body
-  form.refreshStatus();
-  form.RepaintCanvas();
-  keep("card_holder_holes_20px.png");  // the slits themselves, no thread
-  window->FActShowStitchSimulator->trigger();
-  EXPECT_TRUE(form.FViewOptions.FShowStitchPattern);
-  keep("card_holder_black_20px.png");
-  window->FActWhiteBackground->trigger();
-  keep("card_holder_white_20px.png");
-  const QImage img = grabCanvas();
-  EXPECT_FALSE(img.isNull());
 }
 
 TEST_F(MainWindowView, RulersGridAndDrawingStandInStep) {

@@ -27,7 +27,8 @@ class ProgramWindow : public ::testing::Test {
     form.FAppDataPath = dir.path();
     form.FDialogs = &dialogs;
     form.FOptions.FLoadDemoProjectAtStartup = false;
-    writeTextFile(dir.file("pw_options.ini"), "[Demo]\nLoadAtStartup=0\n[General]\nLangID=en\n");
+    writeTextFile(dir.file("pw_options.ini"), "[Demo]\nLoadAtStartup=0\n[General]\nLangID=en\n[MCP]\nEnableServer=1\n");
+    form.FApiPort = freeLoopbackPort();
     form.FormCreate({});
     window = std::make_unique<TMainWindow>(form);
     window->show();
@@ -53,25 +54,6 @@ class ProgramWindow : public ::testing::Test {
   }
 };
 
-TEST_F(ProgramWindow, MenusTakeTheirTextsFromThePhraseTable) {
-  ASSERT_NE(menu("miFile"), nullptr);
-  EXPECT_EQ(menu("miFile")->title(), "File");
-  EXPECT_EQ(menu("miEdit")->title(), "Edit");
-  EXPECT_EQ(menu("miSelectLang")->title(), "Language");
-  QStringList file;
-  for (QAction* a : menu("miFile")->actions())
-    if (!a->isSeparator()) file << a->objectName();
-  EXPECT_EQ(file, (QStringList{"actNewProject", "actLoadProject", "actOpenNewWindow", "actSaveProject",
-                               "actSaveProjectAs", "actImportSVG", "actExportAsSVG", "actExportAsDXF",
-                               "actExportAsSTL", "actClose"}));
-  EXPECT_EQ(window->FActExportAsDXF->text(), "Export as DXF...");
-  EXPECT_EQ(window->FActLoadProject->text(), "Open project...");
-  EXPECT_EQ(window->FActSaveProject->shortcut(), QKeySequence(QKeySequence::Save));
-  EXPECT_EQ(window->FActUndo->shortcut(), QKeySequence(QKeySequence::Undo));
-  EXPECT_EQ(window->FActUndo->text(), "Undo");
-  keepMenu(menu("miFile"), "file_menu_en.png");
-}
-
 TEST_F(ProgramWindow, LanguageMenuSwitchesEveryText) {
   QStringList names;
   QAction* japanese = nullptr;
@@ -82,11 +64,28 @@ TEST_F(ProgramWindow, LanguageMenuSwitchesEveryText) {
   EXPECT_TRUE(names.contains("English"));
   ASSERT_NE(japanese, nullptr);
   EXPECT_EQ(japanese->text(), QString::fromUtf8("日本語"));
+  EXPECT_EQ(window->FActLoadProject->text(), "Open project...");
+  QStringList file;
+  for (QAction* a : menu("miFile")->actions())
+    if (!a->isSeparator()) file << a->objectName();
+  EXPECT_EQ(file, (QStringList{"actNewProject", "actLoadProject", "actOpenNewWindow", "actSaveProject",
+                               "actSaveProjectAs", "actImportSVG", "actExportAsSVG", "actExportAsDXF",
+                               "actExportAsSTL", "actPrint", "actExportAsPDF", "actClose"}));
+  EXPECT_EQ(window->FActSaveProject->shortcut(), QKeySequence(QKeySequence::Save));
+  const QString port = QString::number(form.FMCPServer->boundPort());
+  auto* server = window->findChild<QLabel*>("lblLocalApi");
+  ASSERT_NE(server, nullptr);
+  EXPECT_EQ(server->text(), "Local API on 127.0.0.1:" + port);
   japanese->trigger();
   EXPECT_EQ(form.FLangID, "ja");
-  EXPECT_EQ(menu("miFile")->title(), QString::fromUtf8("ファイル"));
-  EXPECT_EQ(window->FActUndo->text(), QString::fromUtf8("元に戻す"));
   EXPECT_TRUE(japanese->isChecked());
+  // Every menu, every action of every menu, and the status bar's lines.
+  EXPECT_EQ(menu("miFile")->title(), QString::fromUtf8("ファイル"));
+  EXPECT_EQ(menu("miView")->title(), QString::fromUtf8("表示"));
+  EXPECT_EQ(window->FActUndo->text(), QString::fromUtf8("元に戻す"));
+  for (QAction* a : {window->FActResetView, window->FActShowGrid, window->FActBlackBackground})
+    EXPECT_EQ(a->text().toStdString(), form.FMultiLang->getTranslation("ja", a->objectName().toStdString()));
+  EXPECT_EQ(server->text(), QString::fromUtf8("ローカル API 127.0.0.1:") + port);
   keepMenu(menu("miFile"), "file_menu_ja.png");
 }
 

@@ -13,18 +13,6 @@ struct QtLayoutScope {
 
 }  // namespace
 
-TEST(QtTextLayout, MetricsScaleWithTheSize) {
-  TQtTextLayout layout;
-  const TTextExtent small = layout.measure("Wallet", "Sans", 5);
-  const TTextExtent big = layout.measure("Wallet", "Sans", 10);
-  ASSERT_GT(small.width, 0);
-  EXPECT_NEAR(big.width / small.width, 2.0, 0.02);
-  EXPECT_NEAR(big.height / small.height, 2.0, 0.02);
-  EXPECT_GT(big.height, 9.0);  // a line is at least as high as the size
-  EXPECT_LT(big.height, 16.0);
-  EXPECT_EQ(layout.measure("", "Sans", 10).width, 0);
-}
-
 TEST(QtTextLayout, GlyphOutlinesSitInTheLineBoxAndAreClosed) {
   TQtTextLayout layout;
   const TPathData o = layout.outline("HO", "Sans", 10);

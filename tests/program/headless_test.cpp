@@ -81,18 +81,6 @@ TEST(Headless, ServesTheInfoDocumentOnLoopbackOnly) {
   EXPECT_EQ(WEXITSTATUS(status), 0);
 }
 
-TEST(Headless, WithoutTheOptionNothingListens) {
-  THeadless app("");
-  std::this_thread::sleep_for(std::chrono::milliseconds(800));
-  ASSERT_TRUE(app.child->running());
-  EXPECT_FALSE(portAcceptsConnections(app.port));
-  EXPECT_TRUE(listeningAddresses(app.port).empty());
-  app.child->signal(SIGINT);
-  int status = 0;
-  ASSERT_TRUE(app.child->waitExit(5000, status));
-  EXPECT_TRUE(WIFEXITED(status));
-}
-
 TEST(Headless, TerminatingWhileRequestsAreInFlightAnswersOrRefusesThemAll) {
   THeadless app("[MCP]\nEnableServer=true\n");
   ASSERT_TRUE(waitForPort(app.port, 10000));

@@ -11,7 +11,7 @@
 #include <nlohmann/json.hpp>
 #include <thread>
 
-#include "app/safe_file.h"
+#include "platform/safe_file.h"
 #include "test_support.h"
 
 namespace {

@@ -8,7 +8,7 @@
 
 #include <filesystem>
 
-#include "app/safe_file.h"
+#include "platform/safe_file.h"
 #include "test_support.h"
 
 namespace {
@@ -31,6 +31,9 @@ TEST(SampleProgram, WriteSampleGivesTheCheckedInFile) {
   ASSERT_EQ(runProgram({"--write-sample", home.file("card_holder.pwc")}, home.path()), 0);
   EXPECT_EQ(readWholeFile(home.file("card_holder.pwc")), readWholeFile(kSampleFile))
       << "regenerate with: build/pelwright --write-sample resources/samples/card_holder.pwc";
+  ASSERT_EQ(runProgram({"--write-sample-ja", home.file("card_holder_ja.pwc")}, home.path()), 0);
+  EXPECT_EQ(readWholeFile(home.file("card_holder_ja.pwc")), readWholeFile(kSampleFile.substr(0, kSampleFile.size() - 4) + "_ja.pwc"))
+      << "regenerate with: build/pelwright --write-sample-ja resources/samples/card_holder_ja.pwc";
   // Nothing else was touched: no options file, no application data.
   EXPECT_FALSE(std::filesystem::exists(home.file("pelwright")));
   EXPECT_NE(runProgram({"--write-sample", home.file("no/such/folder/x.pwc")}, home.path()), 0);

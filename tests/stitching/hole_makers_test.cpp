@@ -65,22 +65,6 @@ TEST(HoleOutline, FrenchAndFlatAreRectanglesOnlyFrenchTakesTheAngle) {
   EXPECT_EQ(s.FStitchType, "L");
 }
 
-TEST(HoleOutline, BladesOfNoWidthAreASingleStroke) {
-  TPW_Path s = newShape();
-  TPrickingIron d = iron("D"), f = iron("F"), l = iron("L");
-  d.FWidth = f.FWidth = l.FWidth = 0;
-  s.setAsDiamondHole(TPointF(5, 5), d, true, -32, 0);
-  ASSERT_EQ(s.FData.Count(), 2u);
-  expectPoints(s.FData, {{5, 3.9}, {5, 6.1}});
-  s.setAsFrenchHole(TPointF(5, 5), f, true, -45, 0);
-  ASSERT_EQ(s.FData.Count(), 2u);
-  expectPoints(s.FData, {{5, 4}, {5, 6}});
-  // A flat blade of no width runs on to (0, h): one and a half blades long.
-  s.setAsFlatHole(TPointF(5, 5), l, 0, 0);
-  ASSERT_EQ(s.FData.Count(), 2u);
-  expectPoints(s.FData, {{5, 4}, {5, 7}});
-}
-
 TEST(HoleOutline, RoundIsACircleOfTheBladeWidthNeverTurned) {
   TPrickingIron r = iron("R");
   r.FWidth = 1.2f;
@@ -93,17 +77,6 @@ TEST(HoleOutline, RoundIsACircleOfTheBladeWidthNeverTurned) {
   const TRectF box = a.FData.GetBounds();
   EXPECT_NEAR(box.Left, 9.4, 1e-5);
   EXPECT_NEAR(box.Bottom, 10.6, 1e-5);
-}
-
-TEST(HoleOutline, RulerCrossComesFirst) {
-  TPW_Path s = newShape();
-  s.setAsFrenchHole(TPointF(10, 0), iron("F"), true, 45, 3);  // turns with the blade
-  ASSERT_EQ(s.FData.Count(), 9u);
-  expectPoints(s.FData, {{10, -3}, {10, 3}, {13, 0}, {7, 0}});
-  EXPECT_EQ(s.FData[2].Kind, TPathPointKind::MoveTo);
-  // The round hole leaves its cross at the origin.
-  s.setAsRoundHole(TPointF(10, 10), iron("R"), 0, 2);
-  expectPoints(s.FData, {{-2, 0}, {2, 0}, {0, -2}, {0, 2}});
 }
 
 TEST(CreateStitchPath, DispatchesOnTheBladeAndSetsTheHoleFields) {
@@ -129,37 +102,4 @@ TEST(CreateStitchPath, DispatchesOnTheBladeAndSetsTheHoleFields) {
   EXPECT_TRUE(s.FData.isEmpty());  // an unknown blade has no outline
   s.createStichPath(TPointF(9, 9), false, nullptr, 0, 0);
   EXPECT_TRUE(s.FCenter.identical(TPointF(1, 1)));  // no iron: nothing changes
-}
-
-TEST(StitchInOut, EachBladeHasItsOwnOffsets) {
-  TPW_Path s = newShape();
-  TPrickingIron r = iron("R"), d = iron("D"), f = iron("F"), l = iron("L");
-  // Round, width 1: (0, -/+0.375), turned by the row alone.
-  s.createStichPath(TPointF(10, 10), false, &r, 90, 0);
-  expectPoints([&] { TPathData p; p.MoveTo(s.FStitchIn); p.LineTo(s.FStitchOut); return p; }(),
-               {{10.375, 10}, {9.625, 10}});
-  // Diamond inverted at 58 + 32 = 90: (0.12, -0.715) becomes (0.715, 0.12).
-  s.createStichPath(TPointF(0, 0), true, &d, 58, 0);
-  EXPECT_NEAR(s.FStitchIn.x, 0.715, 1e-5);
-  EXPECT_NEAR(s.FStitchIn.y, 0.12, 1e-5);
-  EXPECT_NEAR(s.FStitchOut.x, -0.715, 1e-5);
-  // French at row 0, not inverted: (0.0375, -0.75) turned by -45.
-  s.createStichPath(TPointF(0, 0), false, &f, 0, 0);
-  EXPECT_NEAR(s.FStitchIn.x, -0.503814, 1e-5);
-  EXPECT_NEAR(s.FStitchIn.y, -0.556847, 1e-5);
-  // Flat: (0.015, -0.75).
-  s.createStichPath(TPointF(0, 0), false, &l, 0, 0);
-  EXPECT_NEAR(s.FStitchIn.x, 0.015, 1e-5);
-  EXPECT_NEAR(s.FStitchOut.y, 0.75, 1e-5);
-
-  // Recomputed from the stored fields after a move; no iron, no angle.
-  s.createStichPath(TPointF(0, 0), true, &f, 45, 0);
-  s.FCenter = TPointF(100, 0);
-  s.FRotation = -45;  // with the inverted +45: no turn at all
-  s.calcStitchInOutPos();
-  EXPECT_NEAR(s.FStitchIn.x, 100.0375, 1e-5);
-  EXPECT_NEAR(s.FStitchIn.y, -0.75, 1e-5);
-  s.FPrickingIron = nullptr;
-  s.calcStitchInOutPos();
-  EXPECT_NEAR(s.FStitchIn.x, 100 + (0.0375 - 0.75) * std::sqrt(0.5), 1e-5);
 }

@@ -17,16 +17,17 @@ struct TRowRun {
   std::vector<std::unique_ptr<TPW_Path>> route;
 };
 
-// A row from a to b the way the stitch tool lays it after its two clicks.
+// A row from a to b the way the stitch tool (or the API) lays it.
 TRowRun layRow(TDoc& doc, const TPointF& a, const TPointF& b, const TStitchSettings& settings,
                TRowCaller caller = TRowCaller::Tool) {
   TRowRun run;
   TVertexNetwork net(&doc.list, &doc.crossings);
+  net.FGoalOnShapes = caller == TRowCaller::Api;
   EXPECT_TRUE(net.dpConnect(a, b));
   TRouteVertex* end = net.GetVertex(b);
   EXPECT_NE(end, nullptr);
   if (!end) return run;
-  TOpenRow row = openRowAlong(net, end, a, b, a, run.route);
+  TOpenRow row = openRowAlong(net, end, a, b, run.route);
   auto holes = doc.holes();
   run.out = layOpenRow(row, settings, *holes, caller);
   return run;
@@ -47,21 +48,19 @@ TEST(OpenRowOnALine, HundredMillimetresAtFourCloseAtOnce) {
   TPW_Path* l = doc.add(line({0, 0}, {100, 0}));
   const TRowRun run = layRow(doc, {0, 0}, {100, 0}, uniform());
   EXPECT_FALSE(run.out.FCornerMethod);
-  EXPECT_EQ(run.out.FCount, 26);
-  EXPECT_FLOAT_EQ(run.out.FBestPitch, 4.0f);
   EXPECT_EQ(run.out.FTrials, 1) << "the first trial closes within the stop gap: no round of the search runs";
   const auto holes = doc.holesInList();
   ASSERT_EQ(holes.size(), 26u);
+  EXPECT_EQ(run.out.count(), 26);
   for (int i = 0; i < 26; ++i) EXPECT_NEAR(holes[size_t(i)]->FCenter.x, 4.0 * i, 1e-4) << i;
-  expectOnDrawing(holes, {l}, 1e-4);
-  EXPECT_NEAR(run.out.madePitch(), 4.0, 1e-4);
+  EXPECT_NEAR(run.out.pitch(), 4.0, 1e-4);
+  expectFaithfulRow(holes, {l}, 4.0);
 }
 
 TEST(OpenRowOnALine, HundredAndOneMillimetresStretchThePitchAndEndOnTheEnd) {
   TDoc doc;
   doc.add(line({0, 0}, {101, 0}));
   const TRowRun run = layRow(doc, {0, 0}, {101, 0}, uniform());
-  EXPECT_NEAR(run.out.FBestPitch, 4.04, 0.01);
   const auto holes = doc.holesInList();
   ASSERT_EQ(holes.size(), 26u);
   EXPECT_TRUE(hasHoleAt(holes, {101, 0}, 1e-4)) << "the last hole is forced onto the end";
@@ -69,7 +68,8 @@ TEST(OpenRowOnALine, HundredAndOneMillimetresStretchThePitchAndEndOnTheEnd) {
   const auto chain = walkChain(doc.list, chainHead(holes), &ring);
   EXPECT_EQ(chain.size(), holes.size()) << "the links walk every hole once";
   EXPECT_FALSE(ring);
-  expectEvenSpacing(chain, 4.04, 0.1);
+  expectEvenSpacing(chain, 4.04, 0.01);
+  EXPECT_NEAR(run.out.pitch(), 4.04, 1e-3) << "the mean spacing of the holes made";
 }
 
 TEST(OpenRowOnALine, WithoutForcingTheLastHoleStaysWhereTheWalkLeftIt) {
@@ -80,61 +80,45 @@ TEST(OpenRowOnALine, WithoutForcingTheLastHoleStaysWhereTheWalkLeftIt) {
   TDoc forced, loose;
   forced.add(line({0, 0}, {101, 0}));
   loose.add(line({0, 0}, {101, 0}));
-  const TRowRun f = layRow(forced, {0, 0}, {101, 0}, s);
+  layRow(forced, {0, 0}, {101, 0}, s);
   s.FForceFitLastPrick = false;
   layRow(loose, {0, 0}, {101, 0}, s);
-  EXPECT_EQ(f.out.FTrials, 1);
   const auto fh = forced.holesInList(), lh = loose.holesInList();
   ASSERT_EQ(fh.size(), 26u);
   ASSERT_EQ(lh.size(), 26u);
   EXPECT_TRUE(fh.back()->FCenter.identical(TPointF(101, 0))) << "forced onto the end";
   EXPECT_NEAR(lh.back()->FCenter.x, 100.0, 1e-4) << "where the walk left it";
-  for (size_t i = 0; i + 1 < fh.size(); ++i) EXPECT_TRUE(fh[i]->FCenter.identical(lh[i]->FCenter)) << i;
 }
 
-TEST(OpenRowOnALine, FixedPitchKeepsThePitchAndReportsTheOneThatWouldClose) {
-  TDoc doc;
-  doc.add(line({0, 0}, {101, 0}));
-  const TRowRun run = layRow(doc, {0, 0}, {101, 0}, uniform(TPitchMode::Fixed));
-  EXPECT_EQ(run.out.FTrials, 1);
+TEST(OpenRowOnALine, FixedPitchKeepsThePitchAndGivesTheEndAHoleWhenMoreThanHalfIsLeft) {
+  TDoc a, b;
+  a.add(line({0, 0}, {101, 0}));
+  b.add(line({0, 0}, {103, 0}));
+  const TRowRun ra = layRow(a, {0, 0}, {101, 0}, uniform(TPitchMode::Fixed));
+  const TRowRun rb = layRow(b, {0, 0}, {103, 0}, uniform(TPitchMode::Fixed));
+  EXPECT_EQ(ra.out.FTrials, 1);
   // 25 steps of 4 reach 100; the 1 mm left over spread over them closes the row.
-  EXPECT_FLOAT_EQ(run.out.FEstimate, 4.04f);
-  const auto holes = doc.holesInList();
-  ASSERT_EQ(holes.size(), 26u);
-  for (size_t i = 0; i + 1 < holes.size(); ++i)
-    EXPECT_NEAR(distanceOf(holes[i]->FCenter, holes[i + 1]->FCenter), 4.0, 1e-4);
-  EXPECT_NEAR(holes.back()->FCenter.x, 100.0, 1e-4) << "the walk's last position, not the end";
+  EXPECT_FLOAT_EQ(ra.out.FEstimate, 4.04f);
+  const auto ha = a.holesInList(), hb = b.holesInList();
+  ASSERT_EQ(ha.size(), 26u);
+  expectEvenSpacing(ha, 4.0, 1e-4);
+  EXPECT_NEAR(ha.back()->FCenter.x, 100.0, 1e-4) << "1 mm left: no hole on the end";
+  ASSERT_EQ(hb.size(), 27u);
+  EXPECT_TRUE(hb.back()->FCenter.identical(TPointF(103, 0))) << "3 mm left: the end gets one";
+  EXPECT_NEAR(rb.out.FEstimate, 4.0 - (4.0 - 3.0) / 26.0, 1e-5);
 }
 
-TEST(OpenRowOnALine, FixedPitchGivesTheEndAHoleWhenMoreThanHalfAPitchIsLeft) {
-  TDoc doc;
-  doc.add(line({0, 0}, {103, 0}));
-  const TRowRun run = layRow(doc, {0, 0}, {103, 0}, uniform(TPitchMode::Fixed));
-  const auto holes = doc.holesInList();
-  ASSERT_EQ(holes.size(), 27u);
-  EXPECT_TRUE(holes.back()->FCenter.identical(TPointF(103, 0)));
-  EXPECT_NEAR(run.out.FEstimate, 4.0 - (4.0 - 3.0) / 26.0, 1e-5);
-}
-
-TEST(OpenRowOnALine, CountModeSpreadsTheHolesAskedFor) {
+TEST(OpenRowOnALine, CountModeSpreadsTheHolesAskedForOrNone) {
   TDoc doc;
   doc.add(line({0, 0}, {90, 0}));
   TStitchSettings s = uniform(TPitchMode::Count);
   s.FNumOfHoles = 16;
   const TRowRun run = layRow(doc, {0, 0}, {90, 0}, s);
-  EXPECT_EQ(run.out.FPositions, 16);
-  EXPECT_NEAR(run.out.FBestPitch, 6.0, 1e-3);
-  EXPECT_EQ(doc.holesInList().size(), 16u);
-}
-
-TEST(OpenRowOnALine, CountModeWithTooFewHolesIsLeftAlone) {
-  TDoc doc;
-  doc.add(line({0, 0}, {90, 0}));
-  TStitchSettings s = uniform(TPitchMode::Count);
+  EXPECT_EQ(run.out.count(), 16);
+  EXPECT_NEAR(run.out.pitch(), 6.0, 1e-3);
   s.FNumOfHoles = 1;
-  const TRowRun run = layRow(doc, {0, 0}, {90, 0}, s);
-  EXPECT_TRUE(run.out.FAbandoned);
-  EXPECT_TRUE(doc.holesInList().empty());
+  EXPECT_TRUE(layRow(doc, {0, 0}, {90, 0}, s).out.FAbandoned);
+  EXPECT_EQ(doc.holesInList().size(), 16u);
 }
 
 TEST(OpenRowOnALine, ExistingHolesAreNotPunchedTwiceAndTheChainContinues) {
@@ -142,61 +126,90 @@ TEST(OpenRowOnALine, ExistingHolesAreNotPunchedTwiceAndTheChainContinues) {
   doc.add(line({0, 0}, {40, 0}));
   doc.add(line({40, 0}, {80, 0}));
   layRow(doc, {0, 0}, {40, 0}, uniform());
-  const size_t first = doc.holesInList().size();
-  ASSERT_EQ(first, 11u);
-  layRow(doc, {40, 0}, {80, 0}, uniform());
+  ASSERT_EQ(doc.holesInList().size(), 11u);
+  const TRowRun second = layRow(doc, {40, 0}, {80, 0}, uniform());
+  EXPECT_EQ(second.out.count(), 10) << "the hole at 40 is shared, and not counted as made";
   const auto holes = doc.holesInList();
-  EXPECT_EQ(holes.size(), 21u) << "the hole at 40 is shared";
   const auto chain = walkChain(doc.list, chainHead(holes));
   EXPECT_EQ(chain.size(), 21u) << "the second row continues the first one's chain";
   expectEvenSpacing(chain, 4.0, 1e-3);
 }
 
-// ---- the first step may go either way ----
-
-TEST(DividerWalk, AStartInTheMiddleOffersTheOtherDirection) {
+TEST(OpenRowOnALine, ARowShorterThanHalfAPitchIsOneHoleAndSaysSo) {
   TDoc doc;
-  auto l = line({0, 0}, {100, 0});
-  const std::vector<TPW_Path*> route{l.get()};
-  // No direction at the start: both crossings of the first circle count.
-  TDividerWalk walk(route, TWalkEnds{{50, 0}, {100, 0}, {50, 0}, {50, 0}}, nullptr);
-  TTrial t;
-  walk.tryPitch(4.0f, false, t);
-  EXPECT_TRUE(t.FHasSecond);
-  ASSERT_GE(t.count(), 2);
-  EXPECT_NEAR(t.FPositions[1].x, 54.0, 1e-4) << "the crossing nearer the end";
-  TTrial other;
-  walk.tryPitch(4.0f, true, other);
-  ASSERT_GE(other.count(), 2);
-  EXPECT_NEAR(other.FPositions[1].x, 46.0, 1e-4) << "the first crossing found, away from the end";
-  EXPECT_GT(other.FGap, t.FGap);
-
-  TStitchSettings s = uniform();
-  TPitchSearch search(walk, s, TKeepRule::Tool);
-  search.keepBestTrial(4.0f);
-  EXPECT_EQ(search.trials(), 2);
-  EXPECT_NEAR(search.best().FPositions[1].x, 54.0, 1e-4) << "judged by its gap, the way to the end wins";
+  doc.add(line({0, 0}, {0.3f, 0}));
+  const TRowRun run = layRow(doc, {0, 0}, {0.3f, 0}, uniform(), TRowCaller::Api);
+  EXPECT_EQ(run.out.count(), 1);
+  EXPECT_EQ(run.out.pitch(), 0.0) << "no two holes, no spacing";
 }
 
-TEST(DividerWalk, AHairpinNarrowerThanThePitchIsCrossedNotWalkedRound) {
-  // Out along one line and back along another 2 mm away: the circle of the
-  // first step already reaches the way back, which lies nearer the end.
-  auto out = line({0, 0}, {40, 0});
-  auto turn = line({40, 0}, {40, 2});
-  auto back = line({40, 2}, {0, 2});
-  const std::vector<TPW_Path*> route{back.get(), turn.get(), out.get()};
-  TDividerWalk walk(route, TWalkEnds{{0, 0}, {0, 2}, {40, 0}, {0, 0}}, nullptr);
-  TTrial t;
-  walk.tryPitch(4.0f, false, t);
-  ASSERT_EQ(t.count(), 2);
-  EXPECT_NEAR(t.FPositions[1].y, 2.0, 1e-6);
+// ---- the route's shape: every turn followed, every hole on the drawing ----
+
+TEST(OpenRowAroundTurns, SharpTurnsAreFollowedNotCut) {
+  struct TCase {
+    const char* name;
+    std::vector<std::unique_ptr<TPW_Path>> shapes;
+    TPointF from, to;
+    float pitch;
+  };
+  std::vector<TCase> cases;
+  auto add = [&](const char* name, TPointF from, TPointF to, float pitch, auto... s) {
+    TCase c{name, {}, from, to, pitch};
+    (c.shapes.push_back(std::move(s)), ...);
+    cases.push_back(std::move(c));
+  };
+  add("V", TPointF(0, 0), TPointF(100, 0), 3.85f, line({0, 0}, {50, 150}), line({50, 150}, {100, 0}));
+  add("curve hairpin", TPointF(0, 0), TPointF(0, 20), 4.0f, shapes::bezier({0, 0}, {120, 0}, {120, 20}, {0, 20}));
+  add("hairpin narrower than the pitch", TPointF(0, 0), TPointF(0, 2), 4.0f, line({0, 0}, {40, 0}),
+      line({40, 0}, {40, 2}), line({40, 2}, {0, 2}));
+  add("zigzag", TPointF(0, 0), TPointF(40, 0), 5.0f, line({0, 0}, {10, 30}), line({10, 30}, {20, 0}),
+      line({20, 0}, {30, 30}), line({30, 30}, {40, 0}));
+  for (TCase& c : cases) {
+    for (const TPitchMode mode : {TPitchMode::Auto, TPitchMode::Fixed}) {
+      for (const TRowCaller caller : {TRowCaller::Tool, TRowCaller::Api}) {
+        SCOPED_TRACE(std::string(c.name) + (mode == TPitchMode::Auto ? " auto" : " fixed") +
+                     (caller == TRowCaller::Tool ? " tool" : " api"));
+        TDoc doc;
+        for (const auto& s : c.shapes) doc.add(s->createCopy());
+        const TRowRun run = layRow(doc, c.from, c.to, uniform(mode, c.pitch), caller);
+        const auto holes = doc.holesInList();
+        ASSERT_GT(holes.size(), 5u);
+        EXPECT_EQ(run.out.count(), static_cast<int>(holes.size()));
+        expectFaithfulRow(holes, doc.drawing(), c.pitch);
+        EXPECT_TRUE(hasHoleAt(holes, c.from, 1e-3));
+      }
+    }
+  }
+}
+
+TEST(OpenRowAroundTurns, CountModeMakesTheCountRoundAVAndPastCorners) {
+  TDoc v;
+  v.add(line({0, 0}, {50, 150}));
+  v.add(line({50, 150}, {100, 0}));
+  TStitchSettings s = uniform(TPitchMode::Count);
+  s.FNumOfHoles = 83;
+  for (const TRowCaller caller : {TRowCaller::Tool, TRowCaller::Api}) {
+    TDoc doc;
+    for (TPW_Path* shape : v.drawing()) doc.add(shape->createCopy());
+    const TRowRun run = layRow(doc, {0, 0}, {100, 0}, s, caller);
+    EXPECT_EQ(run.out.count(), 83);
+    expectFaithfulRow(doc.holesInList(), doc.drawing(), 316.23 / 82);
+    EXPECT_TRUE(hasHoleAt(doc.holesInList(), {100, 0}, 1e-3));
+  }
+  // Lines meeting a circle at right angles: every corner shortens a chord.
+  TDoc doc;
+  doc.add(shapes::circle({0, 0}, 40));
+  doc.add(line({-50, 0}, {-20, 0}));
+  doc.add(line({0, 20}, {0, 50}));
+  s.FNumOfHoles = 25;
+  EXPECT_EQ(layRow(doc, {-50, 0}, {0, 50}, s, TRowCaller::Api).out.count(), 25);
 }
 
 TEST(DividerWalk, EndlessWalksGiveUp) {
   auto l = line({0, 0}, {6000, 0});
-  const std::vector<TPW_Path*> route{l.get()};
-  TDividerWalk walk(route, TWalkEnds{{0, 0}, {6000, 0}, {6000, 0}, {0, 0}}, nullptr);
+  const TRouteTrack track({TTrackLeg{l.get(), l->FStartPt, l->FEndPt}});
+  TDividerWalk walk(track);
   TTrial t;
-  EXPECT_EQ(walk.tryPitch(4.0f, false, t), 0.0f);
+  EXPECT_EQ(walk.tryPitch(4.0f, t), 0.0f);
   EXPECT_TRUE(walk.endlessLoop());
 }

@@ -36,20 +36,6 @@ TEST(PrickingIron, JsonFormsAndTolerantReading) {
   }
 }
 
-TEST(PrickingIron, BladeDefaultsTakeAnyCaseAndUnknownLetters) {
-  float w, h, a;
-  bladeDefaults("d", w, h, a);
-  EXPECT_EQ(w, 0.8f);
-  EXPECT_EQ(h, 2.2f);
-  EXPECT_EQ(a, 32.0f);
-  bladeDefaults("X", w, h, a);
-  EXPECT_EQ(w, 1.2f);
-  EXPECT_EQ(a, 0.0f);
-  EXPECT_EQ(bladeTypeIndex("l"), 2);
-  EXPECT_EQ(bladeTypeIndex("X"), -1);
-  EXPECT_EQ(bladeTypeLetter(4), "");
-}
-
 TEST(PrickingIronGroup, BladeCountsSortedWhenAddedNotWhenRead) {
   TPrickingIronGroup g;
   g.addPrickingIron(9);
@@ -62,33 +48,6 @@ TEST(PrickingIronGroup, BladeCountsSortedWhenAddedNotWhenRead) {
   EXPECT_EQ(r.FAvailableBlades, (std::vector<int>{1, 6, 2, 4}));
   EXPECT_FALSE(r.FIsSystemGroup);
   EXPECT_THROW(r.loadJson(json::parse(R"({"iron":"D 3mm"})")), std::runtime_error);
-}
-
-TEST(SystemIrons, TheTable) {
-  const auto groups = buildSystemIronGroups("en");
-  ASSERT_EQ(groups.size(), 20u);
-  std::string names;
-  for (const auto& g : groups) {
-    EXPECT_TRUE(g->FIsSystemGroup);
-    names += g->FPrickingIron->FName + "|";
-  }
-  EXPECT_EQ(names,
-            "Diamond 3mm|Diamond 3.38mm|Diamond 3.85mm|Diamond 4mm|Diamond 4.5mm|Diamond 5mm|"
-            "Diamond 1/8 inch|Diamond 5/32 inch|French 3mm|French 3.38mm|French 3.85mm|"
-            "French 4mm|French 1/8 inch|French 5/32 inch|Flat 3mm|Flat 4mm|Flat 5mm|Round 3mm|"
-            "Round 4mm|Round 5mm|");
-  EXPECT_EQ(groups[1]->FPrickingIron->FWidth, 0.6f);  // the two finest diamonds
-  EXPECT_EQ(groups[2]->FPrickingIron->FWidth, 0.8f);
-  EXPECT_EQ(groups[6]->FPrickingIron->FPitch, 3.175f);
-  EXPECT_EQ(double(groups[7]->FPrickingIron->FPitch), 25.4 * 5 / 32);
-  EXPECT_EQ(groups[0]->FAvailableBlades, (std::vector<int>{1, 2, 5, 10}));
-  EXPECT_EQ(groups[11]->FAvailableBlades, (std::vector<int>{1, 2, 5, 9}));
-  EXPECT_EQ(groups[13]->FAvailableBlades, (std::vector<int>{1, 2, 4, 6}));
-
-  const auto added = buildSystemIronGroups("ja", true);
-  ASSERT_EQ(added.size(), 6u);
-  EXPECT_EQ(added[0]->FPrickingIron->FName, "菱目 4.5mm");
-  EXPECT_EQ(added[5]->FPrickingIron->FName, "ヨーロッパ目 5/32 inch");
 }
 
 TEST(SystemIrons, NamesFollowTheLanguage) {

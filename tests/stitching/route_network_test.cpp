@@ -3,8 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <numbers>
 
-#include "geometry/intersect_pair.h"
 #include "stitch_test_support.h"
 #include "stitching/route_network.h"
 #include "stitching/route_stretch.h"
@@ -35,7 +35,7 @@ TEST(RouteNetwork, ACrossingJoinsTwoLinesWithLengthsFromTheCrossing) {
   EXPECT_EQ(net.FEndVertex->FMinDistFromVertex->FPoint, TPointF(10, 10));
 }
 
-TEST(RouteNetwork, AGoalOnACrossingCutsTheShapeThere) {
+TEST(RouteNetwork, AGoalOnACrossingOrInTheMiddleOfALineCutsTheShapeThere) {
   TDoc doc;
   doc.add(line({0, 0}, {20, 20}));
   doc.add(line({20, 0}, {0, 20}));
@@ -43,6 +43,12 @@ TEST(RouteNetwork, AGoalOnACrossingCutsTheShapeThere) {
   ASSERT_TRUE(net.dpConnect({0, 0}, {10, 10}));
   EXPECT_NEAR(net.FEndVertex->FMinDist, kDiag, 1e-4);
   EXPECT_EQ(net.FEndVertex->FMinDistFromVertex, net.FStartVertex);
+  TVertexNetwork mid(&doc.list, &doc.crossings);
+  EXPECT_FALSE(mid.dpConnect({0, 0}, {5, 5}) && mid.FEndVertex) << "the tool's goal: ends and crossings only";
+  TVertexNetwork anywhere(&doc.list, &doc.crossings);
+  anywhere.FGoalOnShapes = true;
+  ASSERT_TRUE(anywhere.dpConnect({0, 0}, {5, 5}));
+  EXPECT_NEAR(anywhere.FEndVertex->FMinDist, kDiag / 2, 1e-4);
 }
 
 TEST(RouteNetwork, EndsJoinShapesIntoRoutesAndTheShortestWins) {
@@ -81,67 +87,64 @@ TEST(RouteNetwork, RefusesAPointToItselfAndReachesNothingFromNowhere) {
   EXPECT_EQ(net.FEndVertex, nullptr);
 }
 
-TEST(RouteNetwork, AStartInTheMiddleGoesToTheFurtherEndFirst) {
+TEST(RouteNetwork, AStartInTheMiddleReachesBothEnds) {
   TDoc doc;
   doc.add(line({0, 0}, {100, 0}));
   TVertexNetwork net(&doc.list, &doc.crossings);
-  net.dpConnectAddJoints({30, 0}, {30, 0});
-  ASSERT_FALSE(net.joints().empty());
-  const TJointInfo& first = *net.joints()[0];
-  EXPECT_EQ(first.FPoints[0].FPoint, TPointF(30, 0));
-  EXPECT_EQ(first.FPoints[1].FPoint, TPointF(100, 0));
-  EXPECT_FLOAT_EQ(first.FLength, 70.0f);
+  ASSERT_TRUE(net.dpConnect({10, 0}, {0, 0}));
+  EXPECT_NEAR(net.FEndVertex->FMinDist, 10.0, 1e-4) << "not round by the far end";
 }
 
-TEST(RouteNetwork, TextAndDotEndsOfferNoConnection) {
+TEST(RouteNetwork, ACrossingAtTheEndOfOneShapeJoinsThatEndToTheOther) {
+  // A T: the stem ends on the middle of the bar.
   TDoc doc;
-  doc.add(shapes::dot({5, 5}, 1.0f));
-  auto text = shapes::blank();
-  text->FShapeType = ShapeType::Text;
-  text->FStartPt = TPointF(8, 8);
-  text->FEndPt = TPointF(8, 8);
-  doc.add(std::move(text));
-  TPW_Path* l = doc.add(line({8, 8}, {20, 8}));
+  doc.add(line({0, 0}, {100, 0}));
+  doc.add(line({50, 40}, {50, 0}));
   TVertexNetwork net(&doc.list, &doc.crossings);
-  EXPECT_TRUE(net.searchEdgeAndIntersections({5, 5}).empty());
-  const auto at = net.searchEdgeAndIntersections({8, 8});
-  ASSERT_EQ(at.size(), 1u);
-  EXPECT_EQ(at[0].FPath, l);
-  EXPECT_TRUE(at[0].FIsStartPt);
+  ASSERT_TRUE(net.dpConnect({0, 0}, {50, 40}));
+  EXPECT_NEAR(net.FEndVertex->FMinDist, 90.0, 1e-4);
+  TVertexNetwork fromMid(&doc.list, &doc.crossings);
+  ASSERT_TRUE(fromMid.dpConnect({30, 0}, {50, 40}));
+  EXPECT_NEAR(fromMid.FEndVertex->FMinDist, 60.0, 1e-4);
 }
 
-TEST(RouteNetwork, WalksBackAGivenDistanceAlongTheRoute) {
+TEST(RouteNetwork, RoundACircleTheShortWayWins) {
+  // Lines to the circle's left point (where its path starts) and to its
+  // bottom: a quarter of the circle between them, not three.
   TDoc doc;
-  doc.add(line({0, 0}, {20, 20}));
-  doc.add(line({20, 0}, {0, 20}));
-  TVertexNetwork net(&doc.list, &doc.crossings);
-  ASSERT_TRUE(net.dpConnect({0, 0}, {0, 20}));
-  TPointF p;
-  ASSERT_TRUE(net.getPointOfSpecifiedDistance(net.FEndVertex, 5.0f, p));
-  EXPECT_NEAR(distanceOf(p, {0, 20}), 5.0, 1e-4);
-  EXPECT_NEAR(p.x + p.y, 20.0, 1e-4) << "on the second line";
-  ASSERT_TRUE(net.getPointOfSpecifiedDistance(net.FEndVertex, static_cast<float>(kDiag + 3.0), p));
-  EXPECT_NEAR(p.x, p.y, 1e-4) << "past the crossing, on the first line";
-  EXPECT_FALSE(net.getPointOfSpecifiedDistance(net.FEndVertex, 100.0f, p));
+  doc.add(shapes::circle({0, 0}, 40));
+  doc.add(line({-50, 0}, {-20, 0}));
+  doc.add(line({0, 20}, {0, 50}));
+  for (const bool reversed : {false, true}) {
+    TVertexNetwork net(&doc.list, &doc.crossings);
+    const TPointF a(-50, 0), b(0, 50);
+    ASSERT_TRUE(reversed ? net.dpConnect(b, a) : net.dpConnect(a, b));
+    EXPECT_NEAR(net.FEndVertex->FMinDist, 60 + 10 * std::numbers::pi, 0.01);
+  }
 }
 
 // ---- stretches ----
 
-TEST(RouteStretch, AnArcStretchMeetsTheSearchCircleOnlyOnTheStretch) {
-  auto arc = shapes::arc({0, 0}, 10, {10, 0}, 180);  // clockwise on screen, through (0, 10)
-  const TPointF p45 = rotatePointAbout({10, 0}, 45, {0, 0});
-  const TPointF p135 = rotatePointAbout({10, 0}, 135, {0, 0});
-  for (const bool forward : {true, false}) {
-    SCOPED_TRACE(forward);
-    auto s = forward ? makeStretchPath(*arc, p45, p135) : makeStretchPath(*arc, p135, p45);
-    EXPECT_EQ(s->FShapeType, ShapeType::Arc);
-    EXPECT_NEAR(s->FSweepAngle, forward ? 90.0 : -90.0, 1e-3);
-    EXPECT_NEAR(s->calcTotalLength(), 10.0 * 3.14159265 / 2.0, 0.01);
-    const TPointF p90(0, 10), p170 = rotatePointAbout({10, 0}, 170, {0, 0}), p20 = rotatePointAbout({10, 0}, 20, {0, 0});
-    EXPECT_TRUE(isPointOnArc(*s, p90.x, p90.y));
-    EXPECT_FALSE(isPointOnArc(*s, p170.x, p170.y));
-    EXPECT_FALSE(isPointOnArc(*s, p20.x, p20.y));
+TEST(RouteStretch, OnAClosedShapeTheStretchRunsTheShortWayRoundThroughItsStart) {
+  auto c = shapes::circle({0, 0}, 40);  // its path starts at (-20, 0)
+  const TPointF top(0, -20), bottom(0, 20);
+  float la = 0, lb = 0;
+  const double quarter = 10 * std::numbers::pi;
+  for (const TPointF& p : {top, bottom}) {
+    EXPECT_NEAR(calcPathLen(*c, c->FStartPt, p, la, lb), quarter, 0.01);
+    EXPECT_NEAR(calcPathLen(*c, p, c->FStartPt, la, lb), quarter, 0.01);
   }
+  EXPECT_NEAR(calcPathLen(*c, top, bottom, la, lb), 2 * quarter, 0.02) << "half round either way";
+  const TStretchWay w = stretchWay(*c, bottom, top);
+  auto s = makeStretchPath(*c, bottom, top);
+  EXPECT_NEAR(s->calcTotalLength(), w.length(), 1e-3);
+  EXPECT_TRUE(s->FStartPt.identical(bottom) && s->FEndPt.identical(top));
+  for (const TPathInterval& iv : s->getIntervalsFast(false))
+    EXPECT_NEAR(distanceOf(iv.Ed, {0, 0}), 20.0, 0.01) << "on the circle";
+  auto wraps = makeStretchPath(*c, {-14.142f, 14.142f}, {-14.142f, -14.142f});
+  EXPECT_NEAR(wraps->calcTotalLength(), quarter, 0.01);
+  for (const TPathInterval& iv : wraps->getIntervalsFast(false)) EXPECT_LT(iv.Ed.x, -14.0) << "through the start, not past the right";
+  EXPECT_NEAR(calcPathLen(*c, c->FStartPt, c->FEndPt, la, lb), c->calcTotalLength(), 1e-4) << "start to itself: once round";
 }
 
 TEST(RouteStretch, ACurveStretchKeepsThePointsBetweenInOrder) {
@@ -169,6 +172,5 @@ TEST(RouteStretch, WholeShapesAndLinesMeasure) {
   EXPECT_FLOAT_EQ(a, 2.0f);
   EXPECT_FLOAT_EQ(b, 7.0f);
   auto c = shapes::circle({0, 0}, 20);
-  EXPECT_NEAR(calcPathLen(*c, c->FStartPt, c->FEndPt, a, b), c->calcTotalLength(), 1e-4);
   EXPECT_EQ(calcPathLen(*c, {50, 50}, {60, 60}, a, b), 0.0f) << "points on neither measure nothing";
 }

@@ -52,16 +52,6 @@ class StitchSimulation : public ::testing::Test {
 
 }  // namespace
 
-TEST_F(StitchSimulation, EachStitchRunsFromAnExitToTheNextEntry) {
-  const auto h = row({1, 2, 3});
-  const TStitchSimulation sim = buildStitchSimulation(all(), FShown);
-  ASSERT_EQ(sim.FStitches.size(), 2u);
-  EXPECT_TRUE(sim.FStitches[0].FFrom.identical(h[0]->FStitchOut));
-  EXPECT_TRUE(sim.FStitches[0].FTo.identical(h[1]->FStitchIn));
-  EXPECT_TRUE(sim.FStitches[0].isEven());
-  EXPECT_FALSE(sim.FStitches[1].isEven());
-}
-
 TEST_F(StitchSimulation, RowsOpenThenClosedWhateverTheListOrder) {
   auto open = row({3, 2, 1});  // sewn 3, 2, 1; listed first
   std::swap(FShapes[0], FShapes[2]);  // list order now 1, 2, 3

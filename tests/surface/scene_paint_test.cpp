@@ -147,21 +147,6 @@ TEST_F(ScenePaint, ShapesAreDrawnInPixelsWithTheirRowsPen) {
   EXPECT_FLOAT_EQ(paths()[0]->opacity, 1.0f);
 }
 
-TEST_F(ScenePaint, PenRules) {
-  TPW_Path s(0, 0xFF111111, 1.0f, TStrokeDash::Solid, 1);
-  const TStrokeDefs defs = TStrokeDefs::forBackground(false);
-  TShapePen pen = screenPenFor(s, &palette, false, 1.0, defs, 0xFFFF4500);
-  EXPECT_EQ(pen.color, 0xFF00008Bu);  // the row's colour on white
-  EXPECT_FLOAT_EQ(pen.thickness, 0.5f);
-  s.FIsSymmetryTarget = true;
-  pen = screenPenFor(s, &palette, false, 1.0, defs, 0xFFFF4500);
-  EXPECT_EQ(pen.color, 0xFFFF4500u);
-  EXPECT_FLOAT_EQ(pen.thickness, 2.5f);
-  EXPECT_EQ(pen.dash, TStrokeDash::Dot);
-  EXPECT_NEAR(holeDotRadius(10, false), 3, 1e-12);
-  EXPECT_NEAR(holeDotRadius(10, true), 2, 1e-12);
-}
-
 TEST_F(ScenePaint, HolesGetTheirDotFaintWhileTheThreadShows) {
   form.FScale = TPointF(20, 20);
   TPW_Path* second = hole(TPointF(14, 10));
@@ -232,14 +217,6 @@ TEST_F(ScenePaint, GridCacheIsReusedWhileTheViewMovesAndRedrawnAfterItSettles) {
   form.actSetGridBackgroundWhite();
   form.pboxPaint(&canvas);
   EXPECT_EQ(grid.FScenes, 3);
-  EXPECT_EQ(grid.FOps.back().color, 0xFF000000u);  // black lines on white
-  EXPECT_EQ(form.FGridCacheKey.back(), '0');
-  // A canvas of another size needs a bitmap of another size.
-  TRecordingCanvas wider(1000, 600);
-  form.pboxResize(1000, 600);
-  form.pboxPaint(&wider);
-  EXPECT_NE(form.FGridCache.get(), first);
-  EXPECT_EQ(form.FGridCache->width(), 1600);
 }
 
 TEST_F(ScenePaint, AFailingShapeIsLoggedOnceAndTheRestIsDrawn) {
@@ -282,18 +259,6 @@ TEST_F(ScenePaint, BannersAndScaleBar) {
 
 namespace {
 
-TEST_F(ScenePaint, HolesSmallerThanTheirDotShowTheDotAlone) {
-  hole(TPointF(50, 50));
-  form.FScale = TPointF(1, 1);  // a 3 px hole under a 2 px dot
-  form.pboxPaint(&canvas);
-  EXPECT_EQ(canvas.count("drawPath"), 0u);
-  EXPECT_EQ(canvas.count("fillEllipse"), 1u);
-}
-
-}  // namespace
-
-namespace {
-
 // Records each batch of dots as one operation.
 class TBatchCountingCanvas : public TRecordingCanvas {
  public:
@@ -329,16 +294,6 @@ TEST_F(ScenePaint, HoleDotsGoTogetherWhenNothingComesBetween) {
   form.pboxPaint(&batch);
   EXPECT_EQ(batch.FBatches, std::vector<size_t>(30, 1));
   EXPECT_EQ(batch.order().substr(0, 8), "PPo#PoPo");
-}
-
-TEST_F(ScenePaint, AStillViewCopiesTheGridBitmapToWholePixels) {
-  form.FShowGrid = true;
-  form.FScale = TPointF(1.1f, 1.1f);
-  form.FOffset = TPointF(-5.3f, 7.7f);
-  form.pboxPaint(&canvas);
-  canvas.FOps.clear();
-  form.pboxPaint(&canvas);  // from the cache, nothing moved
-  EXPECT_EQ(canvas.ops("bitmap").at(0)->rect, TRectF(-300, -300, 1100, 900));
 }
 
 }  // namespace

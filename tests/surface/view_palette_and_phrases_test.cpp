@@ -75,21 +75,4 @@ TEST_F(PalettePaint, RowThirtySixIsTheStitchingHoleColour) {
   EXPECT_EQ(canvas.ops("fillEllipse").at(0)->color, 0xFF8B4513u);  // and its dot
 }
 
-TEST_F(PalettePaint, BannersSpeakTheProgramsLanguage) {
-  form.FIgnoreLayer = true;
-  form.FSelectNextStitchingHoleMode = true;
-  auto banners = [this] {
-    paint();
-    const auto t = canvas.ops("text");
-    return std::make_pair(t.at(0)->text, t.at(1)->text);
-  };
-  form.FLangID = "ja";
-  EXPECT_EQ(banners(), std::make_pair(std::string("次の縫い穴をクリックしてください。(ESCキーで終了)"),
-                                      std::string("警告：レイヤー無視モード(Ctrl + Alt + i で解除)")));
-  form.FLangID = "de";  // no phrases of its own: English
-  EXPECT_EQ(banners().second, "Warning: Layer ignore mode(Press Ctrl + Alt + i to cancel)");
-  form.FMultiLang.reset();  // no table at all: the English words stand
-  EXPECT_EQ(banners().first, "Please click the next stitching hole. (Press ESC key to exit)");
-}
-
 }  // namespace

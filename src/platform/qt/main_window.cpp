@@ -26,6 +26,7 @@ TMainWindow::TMainWindow(TfrmPelw& form, QWidget* parent) : QMainWindow(parent),
   buildToolsMenu();
   FLibraries = new TLibraryPanels(*this, *FCanvas, FForm);
   buildStlExport();
+  buildPrintCommands();
   buildStatusLine();
   connectProgramHost();
   retranslate();
@@ -62,6 +63,13 @@ void TMainWindow::buildCanvasArea() {
     FRulerY->update();
   };
 }
+
+namespace {
+
+// The status bar's line about the local API; %1 is the port.
+constexpr TPhraseKey kLocalApiLine{"lblLocalApi", "Local API on 127.0.0.1:%1"};
+
+}  // namespace
 
 QString TMainWindow::phrase(const TPhraseKey& key) const {
   return QString::fromStdString(viewPhrase(FForm.FMultiLang.get(), FForm.FLangID, key));
@@ -125,11 +133,13 @@ void TMainWindow::buildStatusLine() {
   FStatus->setObjectName("lblStatus");
   statusBar()->addWidget(FStatus, 1);
   FForm.FViewHost.showStatus = [this](const std::string& text) { FStatus->setText(QString::fromStdString(text)); };
-  if (FForm.FMCPServer)
-    statusBar()->addPermanentWidget(
-        new QLabel(QString("Local API on 127.0.0.1:%1").arg(FForm.FMCPServer->boundPort()), this));
-  else if (!FForm.FMCPServerError.empty())
-    statusBar()->addPermanentWidget(new QLabel(QString::fromStdString(FForm.FMCPServerError), this));
+  // Where the local API listens, or why it does not; in the program's
+  // language (retranslate writes it).
+  if (FForm.FMCPServer || !FForm.FMCPServerError.empty()) {
+    FServerLine = new QLabel(this);
+    FServerLine->setObjectName("lblLocalApi");
+    statusBar()->addPermanentWidget(FServerLine);
+  }
 }
 
 void TMainWindow::showEvent(QShowEvent* e) {
@@ -221,19 +231,19 @@ void TMainWindow::buildLanguageMenu() {
 void TMainWindow::retranslate() {
   if (!FForm.FMultiLang) return;
   const TMultiLang& lang = *FForm.FMultiLang;
-  auto text = [&](const QString& key) {
-    return QString::fromStdString(lang.getTranslation(FForm.FLangID, key.toStdString()));
+  // Every menu and action is named by its phrase key.
+  auto retext = [&](QAction* a) {
+    const std::string t = lang.getTranslation(FForm.FLangID, a->objectName().toStdString());
+    if (!t.empty()) a->setText(QString::fromStdString(t));
   };
-  for (QMenu* m : {FFileMenu, FEditMenu, FViewMenu, FLanguageMenu}) {
-    if (!m) continue;
-    const QString t = text(m->objectName());
-    if (!t.isEmpty()) m->setTitle(t);
-  }
-  for (QAction* a : {FActNewProject, FActLoadProject, FActOpenNewWindow, FActSaveProject, FActSaveProjectAs,
-                     FActImportSVG, FActExportAsSVG, FActExportAsDXF, FActClose, FActUndo, FActRedo, FActResetView}) {
-    if (!a) continue;
-    const QString t = text(a->objectName());
-    if (!t.isEmpty()) a->setText(t);
+  for (QAction* item : menuBar()->actions()) {
+    QMenu* menu = item->menu();
+    if (!menu) continue;
+    const std::string t = lang.getTranslation(FForm.FLangID, menu->objectName().toStdString());
+    if (!t.empty()) menu->setTitle(QString::fromStdString(t));
+    if (menu == FLanguageMenu) continue;
+    for (QAction* a : menu->actions())
+      if (!a->isSeparator()) retext(a);
   }
   if (FLanguageMenu) {
     for (QAction* a : FLanguageMenu->actions()) {
@@ -244,8 +254,20 @@ void TMainWindow::retranslate() {
       a->setChecked(code == FForm.FLangID);
     }
   }
+  if (FServerLine) {
+    if (FForm.FMCPServer)
+      FServerLine->setText(phrase(kLocalApiLine).arg(FForm.FMCPServer->boundPort()));
+    else
+      FServerLine->setText(QString::fromStdString(lang.getTranslation(FForm.FLangID, "ApiPortTaken")) +
+                           QString(" 127.0.0.1:%1").arg(FForm.FApiPort));
+  }
+  FForm.refreshStatus();
+  FCanvas->update();
+  FRulerX->update();
+  FRulerY->update();
   retranslateTools();
   retranslateStlExport();
+  retranslatePrint();
 }
 
 void TMainWindow::connectProgramHost() {

@@ -40,7 +40,7 @@ class TMainWindow : public QMainWindow {
   QMenu* FLanguageMenu = nullptr;
   TLibraryPanels* FLibraries = nullptr;  // repository, catalog, backdrops
 
-  // Every menu text from the phrase table, in the current language.
+  // Every text of the window from the phrase table, in the current language.
   void retranslate();
 
   // ---- Tools: jigsaw, dye mixer, stitching order; the translation import
@@ -63,6 +63,11 @@ class TMainWindow : public QMainWindow {
   // a message when there is nothing to make a solid of.
   void actExportAsSTL();
 
+  // ---- printing: Print, Export as PDF, print areas (main_window_print.cpp) ----
+  QAction* FActPrint = nullptr;
+  QAction* FActExportAsPDF = nullptr;
+  QAction* FActShowHidePrintAreas = nullptr;
+
  protected:
   void showEvent(QShowEvent* e) override;
   void closeEvent(QCloseEvent* e) override;
@@ -74,6 +79,7 @@ class TMainWindow : public QMainWindow {
   TRulerWidget* FRulerY = nullptr;
   QWidget* FCorner = nullptr;
   QLabel* FStatus = nullptr;
+  QLabel* FServerLine = nullptr;  // where the local API listens, when it does
   bool FShownOnce = false;
 
   void buildCanvasArea();
@@ -84,6 +90,8 @@ class TMainWindow : public QMainWindow {
   void buildLanguageMenu();
   void buildToolsMenu();
   void retranslateTools();
+  void buildPrintCommands();
+  void retranslatePrint();
   void connectProgramHost();
   QMenu* FFileMenu = nullptr;
   QMenu* FEditMenu = nullptr;

@@ -38,7 +38,7 @@ TfrmPDFViewer::TfrmPDFViewer(QWidget* parent, const QString& title, const QStrin
   connect(FPages, &QListWidget::itemChanged, this, [this] { keepWithinLimit(); });
 }
 
-void TfrmPDFViewer::setPDF(IPdfDocument& document, int maxPages) {
+void TfrmPDFViewer::setPDF(IPdfPages& document, int maxPages) {
   FDocument = &document;
   FMaxPages = std::max(1, maxPages);
   FPages->clear();

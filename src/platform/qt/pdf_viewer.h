@@ -6,7 +6,7 @@
 #include <QDialog>
 #include <vector>
 
-class IPdfDocument;
+class IPdfPages;
 class QListWidget;
 class QLabel;
 
@@ -16,11 +16,11 @@ class TfrmPDFViewer : public QDialog {
   TfrmPDFViewer(QWidget* parent, const QString& title, const QString& pagesLabel, const QString& pageWord);
   // The document to show; borrowed while the dialog runs. At most maxPages
   // can be checked.
-  void setPDF(IPdfDocument& document, int maxPages);
+  void setPDF(IPdfPages& document, int maxPages);
   std::vector<int> checkedPages() const;
 
  private:
-  IPdfDocument* FDocument = nullptr;
+  IPdfPages* FDocument = nullptr;
   QListWidget* FPages = nullptr;
   QLabel* FPreview = nullptr;
   int FMaxPages = 1;

@@ -124,7 +124,7 @@ void TQtCanvas::setFill(TAlphaColor color, TBrushKind kind) {
     return;
   }
   const QColor c = toQColor(color);
-  if (FBrush.style() != Qt::SolidPattern || FBrush.color() != c) FBrush = QBrush(c);
+  if (FVectorOutput || FBrush.style() != Qt::SolidPattern || FBrush.color() != c) FBrush = QBrush(c);
 }
 
 void TQtCanvas::setFillBitmap(const ICanvasBitmap* bitmap) {
@@ -138,9 +138,20 @@ void TQtCanvas::stroke() {
   FPainter->setBrush(Qt::NoBrush);
 }
 
-void TQtCanvas::fill() {
+void TQtCanvas::fill(float opacity) {
   FPainter->setPen(Qt::NoPen);
+  if (FVectorOutput && opacity < 1 && FBrush.style() == Qt::SolidPattern) {
+    // On a PDF or a printer the opacity goes into the colour: Qt's PDF
+    // engine, once its painter was translucent, draws the next strokes as
+    // filled outlines instead of lines.
+    QColor c = FBrush.color();
+    c.setAlphaF(c.alphaF() * std::clamp(double(opacity), 0.0, 1.0));
+    FPainter->setBrush(c);
+    FPainter->setOpacity(1.0);
+    return;
+  }
   FPainter->setBrush(FBrush);
+  FPainter->setOpacity(opacity);
 }
 
 void TQtCanvas::drawLine(const TPointF& a, const TPointF& b, float opacity) {
@@ -163,7 +174,7 @@ bool longVertical(const TStrokedLine& l) {
 }  // namespace
 
 void TQtCanvas::drawStrokedLines(const std::vector<TStrokedLine>& lines, float opacity) {
-  const bool plain = FPainter->transform().isIdentity();
+  const bool plain = !FVectorOutput && FPainter->transform().isIdentity();
   for (size_t i = 0; i < lines.size();) {
     size_t j = i;
     while (plain && j < lines.size() && longVertical(lines[j])) ++j;
@@ -285,7 +296,7 @@ const QImage& discImage(const TDiscKey& key) {
 bool TQtCanvas::smallDisc(const QRectF& q, float opacity, QPointF& at, const QImage*& image) const {
   // A circle's box, made in floats about a centre, is a hair wider than it
   // is high as often as not: that still is a circle.
-  if (FBrush.style() != Qt::SolidPattern || std::abs(q.width() - q.height()) >= 0.01 ||
+  if (FVectorOutput || FBrush.style() != Qt::SolidPattern || std::abs(q.width() - q.height()) >= 0.01 ||
       q.width() > kMaxDiscDiameter || !FPainter->transform().isIdentity())
     return false;
   const double fx = std::floor(q.left()), fy = std::floor(q.top());
@@ -307,8 +318,7 @@ void TQtCanvas::fillEllipse(const TRectF& r, float opacity) {
     FPainter->drawImage(at, *disc);
     return;
   }
-  fill();
-  FPainter->setOpacity(opacity);
+  fill(opacity);
   FPainter->drawEllipse(q);
 }
 
@@ -318,8 +328,7 @@ void TQtCanvas::fillCircles(const std::vector<TPointF>& centres, float radius, f
   QPointF at;
   const QImage* disc = nullptr;
   if (!smallDisc(toQRect(circleBox(centres.front(), radius)), opacity, at, disc)) {
-    fill();
-    FPainter->setOpacity(opacity);
+    fill(opacity);
     for (const TPointF& c : centres) FPainter->drawEllipse(toQRect(circleBox(c, radius)));
     return;
   }
@@ -364,8 +373,7 @@ void TQtCanvas::drawPath(const TPathData& path, float opacity) {
 }
 
 void TQtCanvas::fillPath(const TPathData& path, float opacity) {
-  fill();
-  FPainter->setOpacity(opacity);
+  fill(opacity);
   QPainterPath q = toQPainterPath(path);
   q.setFillRule(Qt::OddEvenFill);
   FPainter->drawPath(q);

@@ -54,6 +54,9 @@ class TQtCanvas : public ICanvas {
   std::unique_ptr<ICanvasBitmap> createOpaqueBitmap(int w, int h, double scale) override;
   void fillPathWithBitmap(const TPathData& path, const ICanvasBitmap& bitmap, const TMatrix& bitmapToCanvas,
                           float opacity) override;
+  // Every mark drawn as a vector, for printers and PDF files: none of the
+  // screen's shortcuts through small images.
+  void setVectorOutput(bool on) { FVectorOutput = on; }
 
  protected:
   TQtCanvas() = default;
@@ -67,8 +70,9 @@ class TQtCanvas : public ICanvas {
   QBrush FBrush;
   QFont FFont;
   TMatrix FMatrix;
+  bool FVectorOutput = false;
   void stroke();
-  void fill();
+  void fill(float opacity);
   bool smallDisc(const QRectF& box, float opacity, QPointF& at, const QImage*& image) const;
   // Long vertical lines drawn across, in a scratch image kept for the next
   // time, and turned into place.

@@ -74,7 +74,7 @@ std::string TQtDialogs::chooseFolder(const std::string& title, const std::string
   return QFileDialog::getExistingDirectory(FParent, QString::fromStdString(title), from).toStdString();
 }
 
-std::vector<int> TQtDialogs::choosePdfPages(IPdfDocument& document, int maxPages) {
+std::vector<int> TQtDialogs::choosePdfPages(IPdfPages& document, int maxPages) {
   auto text = [this](const char* key, const char* english) {
     const QString t = FPhrase ? FPhrase(key) : QString();
     return t.isEmpty() ? QString(english) : t;

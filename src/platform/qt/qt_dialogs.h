@@ -24,7 +24,7 @@ class TQtDialogs : public IDialogs {
                            const std::string& extension) override;
   std::optional<std::string> inputPassword(const std::string& caption, const std::string& prompt) override;
   std::string chooseFolder(const std::string& title, const std::string& start) override;
-  std::vector<int> choosePdfPages(IPdfDocument& document, int maxPages) override;
+  std::vector<int> choosePdfPages(IPdfPages& document, int maxPages) override;
   // Texts of the PDF page dialog (the program's language).
   std::function<QString(const char* key)> FPhrase;
   std::optional<std::string> inputText(const std::string& caption, const std::string& prompt,

@@ -23,7 +23,7 @@ TRasterImage rasterOf(const QImage& source) {
   return TRasterImage::fromPixels(img.width(), img.height(), std::move(px));
 }
 
-class TQtPdfDocument : public IPdfDocument {
+class TQtPdfPages : public IPdfPages {
  public:
   QPdfDocument FDoc;
   int pageCount() const override { return FDoc.pageCount(); }
@@ -96,9 +96,9 @@ TDecodedPicture TQtPictureDecoder::decode(std::string_view bytes, int64_t maxPix
   return r;
 }
 
-std::unique_ptr<IPdfDocument> TQtPdfReader::open(const std::string& filename, const std::string& password,
+std::unique_ptr<IPdfPages> TQtPdfReader::open(const std::string& filename, const std::string& password,
                                                  TPdfOpenState& state, std::string& error) {
-  auto doc = std::make_unique<TQtPdfDocument>();
+  auto doc = std::make_unique<TQtPdfPages>();
   if (!password.empty()) doc->FDoc.setPassword(QString::fromStdString(password));
   const QPdfDocument::Error e = doc->FDoc.load(QString::fromStdString(filename));
   switch (e) {

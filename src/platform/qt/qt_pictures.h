@@ -12,7 +12,7 @@ class TQtPictureDecoder : public IPictureDecoder {
 
 class TQtPdfReader : public IPdfReader {
  public:
-  std::unique_ptr<IPdfDocument> open(const std::string& filename, const std::string& password,
+  std::unique_ptr<IPdfPages> open(const std::string& filename, const std::string& password,
                                      TPdfOpenState& state, std::string& error) override;
 };
 

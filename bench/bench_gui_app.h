@@ -1,11 +1,10 @@
-// The Qt application the painting benchmarks need, on the offscreen
-// platform, made once.
+// The Qt application the benchmarks that paint need: offscreen, made once.
 #pragma once
 
 #include <QGuiApplication>
 #include <memory>
 
-inline QGuiApplication& benchQtApp() {
+inline QGuiApplication& benchGuiApp() {
   static int argc = 1;
   static char name[] = "pelwright_bench";
   static char* argv[] = {name, nullptr};

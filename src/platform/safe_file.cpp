@@ -1,4 +1,4 @@
-#include "app/safe_file.h"
+#include "platform/safe_file.h"
 
 #include <dirent.h>
 #include <fcntl.h>

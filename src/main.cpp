@@ -15,12 +15,14 @@
 #include "platform/safe_file.h"
 #include "app/sample_project_file.h"
 #include "exchange/export_command.h"
+#include "libraries/builtin_templates.h"
 #include "platform/qt/main_window.h"
 #include "platform/qt/qt_dialogs.h"
 #include "platform/qt/qt_exchange_dialogs.h"
 #include "platform/qt/qt_main_thread.h"
 #include "platform/qt/qt_paper_device.h"
 #include "platform/qt/qt_print_service.h"
+#include "platform/qt/qt_pictures.h"
 #include "platform/qt/qt_png_image.h"
 #include "platform/qt/qt_text_layout.h"
 #include "platform/qt/qt_timer.h"
@@ -73,6 +75,7 @@ void connectController(TfrmPelw& form, QCoreApplication& app, const TCommandLine
     return QFontDatabase::families().contains(QString::fromStdString(family));
   };
   attachToQtEventLoop(form.mainThreadCalls());
+  useQtPictures();
   watchTerminationSignals([&app, &form](int) {
     form.FormDestroyAfterSignal();
     app.quit();
@@ -140,6 +143,9 @@ int runWindow(int argc, char** argv, const TCommandLine& cl) {
   TQtExchangeDialogs exchangeDialogs;
   TfrmPelw form;
   form.FDialogs = &dialogs;
+  dialogs.FPhrase = [&form](const char* key) {
+    return QString::fromStdString(form.FMultiLang ? form.FMultiLang->getTranslation(form.FLangID, key) : std::string());
+  };
   form.FPrintService = &printService;
   form.FExchangeDialogs = &exchangeDialogs;
   form.FDemoSourcePath = shippedDemoFolder(QCoreApplication::applicationDirPath().toStdString());
@@ -177,5 +183,14 @@ int main(int argc, char** argv) {
   if (cl.mcp) return runMcpOnStandardStreams(cl.apiPort);
   if (cl.exportMode) return runExport(argc, argv, cl);
   if (!cl.writeSampleFile.empty()) return runWriteSample(argc, argv, cl);
+  if (!cl.writeTemplatesFile.empty()) {
+    try {
+      writeFileAtomically(cl.writeTemplatesFile, builtinTemplateArchiveText());
+      return 0;
+    } catch (const std::exception& e) {
+      std::fprintf(stderr, "pelwright: %s\n", e.what());
+      return 1;
+    }
+  }
   return cl.headless ? runHeadless(argc, argv, cl) : runWindow(argc, argv, cl);
 }

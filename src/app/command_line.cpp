@@ -37,7 +37,7 @@ TCommandLine parseExportLine(int argc, const char* const* argv) {
     } else if (a == "--help" || a == "-h") {
       cl.help = true;
     } else if (a == "--headless" || a == "--mcp" || a == "--write-sample" || a == "--write-sample-ja" ||
-               a == "--api-port" || a.rfind("--api-port=", 0) == 0 ||
+               a == "--write-templates" || a == "--api-port" || a.rfind("--api-port=", 0) == 0 ||
                a == "--instance-id") {
       cl.error = a + " does not go with --export";
       return cl;
@@ -74,6 +74,12 @@ TCommandLine parseCommandLine(int argc, const char* const* argv) {
       }
       cl.writeSampleFile = argv[++i];
       cl.writeSampleLanguage = a == "--write-sample" ? "en" : "ja";
+    } else if (a == "--write-templates") {
+      if (i + 1 >= argc || argv[i + 1][0] == '\0') {
+        cl.error = "--write-templates needs a file name";
+        return cl;
+      }
+      cl.writeTemplatesFile = argv[++i];
     } else if (a == "--api-port") {
       if (i + 1 >= argc) {
         cl.error = "--api-port needs a port number";
@@ -91,7 +97,7 @@ TCommandLine parseCommandLine(int argc, const char* const* argv) {
       return cl;
     }
   }
-  if (cl.mcp && (cl.headless || !cl.writeSampleFile.empty() || !cl.args.empty()))
+  if (cl.mcp && (cl.headless || !cl.writeSampleFile.empty() || !cl.writeTemplatesFile.empty() || !cl.args.empty()))
     cl.error = "--mcp takes no project file and no other mode; only --api-port";
   return cl;
 }
@@ -118,6 +124,9 @@ std::string commandLineHelp() {
          "                    and end\n"
          "  --write-sample-ja FILE\n"
          "                    the same in Japanese\n"
+         "  --write-templates FILE\n"
+         "                    write the archive of the built-in templates (base64\n"
+         "                    text) to FILE and end\n"
          "  --export OUTPUT   convert INPUT (a project .pwc or an SVG drawing)\n"
          "                    to OUTPUT without a window and end; OUTPUT's\n"
          "                    extension picks the format (see below)\n"

@@ -14,6 +14,8 @@ struct TCommandLine {
   // write the card holder sample project and end.
   std::string writeSampleFile;
   std::string writeSampleLanguage = "en";
+  // --write-templates FILE: write the built-in template archive and end.
+  std::string writeTemplatesFile;
   // --export OUTPUT: convert a drawing without a window and end. Every
   // other argument of that mode stays in exportArgs, in order, for the
   // conversion's own parser, which knows the options of each format.

@@ -14,6 +14,7 @@
 #include "api/mcp_server.h"
 #include "app/multi_lang.h"
 #include "app/options.h"
+#include "app/project_reader.h"
 #include "app/seam_edits.h"
 #include "document/intersections.h"
 #include "document/project_json.h"
@@ -36,6 +37,12 @@
 #include "stitching/route_network.h"
 #include "stitching/stitch_settings.h"
 // ---- end stitch rows ----
+// ---- libraries ----
+#include "app/library_host.h"
+#include "libraries/backdrop.h"
+#include "libraries/catalog.h"
+#include "libraries/parts_repository.h"
+// ---- end libraries ----
 // ---- exchange ----
 #include "exchange/export_settings.h"
 // ---- end exchange ----
@@ -239,11 +246,12 @@ class TfrmPelw : public TViewState {
   std::string FDefaultFont;
 
   std::string FFilename;  // the open project; empty for a new one
-  std::vector<TBackdropData> FBackdrops;
   std::vector<std::unique_ptr<TPW_Path>> FCopyBuffer;
   std::string FRandomStr;  // names this instance's autosave file
   std::string FRepositoryPath;
   std::string FCatalogPath;
+  // The read context of a project load (irons, palette, current style).
+  TProjectReadContext projectReadContext() const;
 
   // Undo: the last snapshot always equals the live document.
   std::vector<std::unique_ptr<TUndoSnapshot>> FUndoList;
@@ -319,8 +327,9 @@ class TfrmPelw : public TViewState {
   void actRedo();
   void clearUndo();
   void clearRedo();
-  bool canUndo() const { return FUndoList.size() >= 2; }
-  bool canRedo() const { return !FRedoList.empty(); }
+  // With the backdrop tool these are the selected backdrop's.
+  bool canUndo() const;
+  bool canRedo() const;
 
   // ---- autosave ----
   std::string autosaveFileName() const;
@@ -449,6 +458,105 @@ class TfrmPelw : public TViewState {
   void stitchOptionsChanged(bool atStartUp = false);
   // ==== end stitch rows ====
 
+  // ==== libraries: parts repository, leather catalogs, backdrops ====
+  // (src/app/frm_pelw_libraries.cpp, frm_pelw_repository.cpp,
+  // frm_pelw_catalog.cpp, frm_pelw_backdrop.cpp; the window's panels are in
+  // src/platform/qt/ and call these.)
+  TLibraryHost FLibraryHost;
+  std::unique_ptr<TPartRepository> FRepository;  // FPartRepository, FRootRepositoryTreeItem
+  std::unique_ptr<TPW_CatalogDict> FCatalogDict;
+  std::vector<std::unique_ptr<TBackdrop>> FBackdrops;
+  // The backdrops as the project file stores them.
+  std::vector<TBackdropData> backdropsForFile() const;
+  float FBackdropAlpha = 0.8f;   // tbOpacity, common to all backdrops
+  bool FShowBackdrops = true;    // chkOpacity
+  int FSelectedBackdrop = -1;    // the row of cmbBackdrop
+  // The backdrop tool is active (sbBackdrop): undo and redo work on the
+  // selected backdrop, a drag moves the backdrop under the pointer.
+  bool FBackdropToolActive = false;
+  void setBackdropTool(bool on);
+  // Start-up steps 12, 14 and 15, and their writes at shut-down.
+  void loadCatalogsAtStartup();
+  void deployBuiltinTemplatesAtStartup();
+  void loadRepositoryAtStartup();
+  void saveLibrariesAtShutdown();
+  // ---- parts repository ----
+  void openRepository();  // "y", btnOpenRepository
+  // miToParts: the selection (without dots and holes when asked) becomes
+  // one template of the name the user gives. The new template, or null.
+  TPW_Path* miToParts(bool skipDots = true, bool skipHoles = true);
+  // A copy of the template into the active layer, its middle at `at` (the
+  // middle of the view when none), selected; one undo step.
+  TPW_Path* placeTemplate(const TPW_Path& templ, const std::optional<TPointF>& at = std::nullopt);
+  // The template the repository window has selected: the dot tool places it.
+  TPW_Path* FSelectedTemplate = nullptr;
+  // After the question "ok2delete?"; true when deleted.
+  bool deleteRepositoryItems(const std::vector<TPW_Path*>& templates,
+                             const std::vector<TRepositoryTreeItem*>& folders);
+  bool renameRepositoryTemplate(TPW_Path* templ);
+  bool renameRepositoryFolder(TRepositoryTreeItem* folder);
+  TRepositoryTreeItem* newRepositoryFolder(TRepositoryTreeItem* parent);
+  // Moves a template or a folder; refuses a folder into its own sub-folder
+  // with a message. True when moved.
+  bool moveRepositoryItem(TPW_Path* templ, TRepositoryTreeItem* folder, TRepositoryTreeItem* destination);
+  void actImportRepository();
+  void actExportRepositoryFolder(const TRepositoryTreeItem& folder);
+  TPartRepository::TShapeReader templateReader();
+  // ---- leather catalogs ----
+  TPW_CatalogShop* addCatalogShop(const std::string& name);
+  TPW_CatalogGroup* addCatalogGroup(TPW_CatalogShop& shop, const std::string& name);
+  TPW_Catalog* addCatalogItem(TPW_CatalogGroup& group, const std::string& name);
+  // After an editor changed an item, group or shop: its shop is written at exit.
+  void catalogEdited(const TPW_CatalogShop* shop);
+  // A picture file for the item; a message when it is no picture.
+  bool loadCatalogPicture(TPW_Catalog& item, const std::string& filename);
+  // After the question "ok2delete?".
+  bool deleteCatalogItem(TPW_Catalog* item);
+  bool deleteCatalogGroup(TPW_CatalogGroup* group);
+  bool deleteCatalogShop(TPW_CatalogShop* shop);
+  void actExportCatalog(const TPW_CatalogShop& shop);
+  void actImportCatalog();
+  // Imports a ".ctlg" file; a shop already present is not added twice.
+  bool importCatalogFile(const std::string& filename);
+  // Fills the selected closed shapes with the item's picture (null: none);
+  // one undo step. The number of shapes changed.
+  int applyCatalogToSelection(const TPW_Catalog* item, float rotation = 0, TPointF scale = TPointF(1, 1));
+  // ---- backdrops ----
+  void actAddBackdrop();
+  // A picture or a PDF (its chosen pages); missing files are looked for
+  // beside the project. True when a backdrop was added.
+  bool addBackdropFromFile(const std::string& filename);
+  // A backdrop of a picture already in memory, placed and selected.
+  TBackdrop* addBackdrop(const TRasterImage& picture, float dpi, const std::string& source);
+  void btnDeleteBackdrop();
+  void selectBackdrop(int index);
+  TBackdrop* selectedBackdrop() const;
+  // Each is one undo step of the selected backdrop.
+  void moveBackdrop(const TPointF& leftTop);
+  void rotateBackdrop(float angle);
+  void setBackdropDpi(float dpi);
+  void setBackdropSize(float width, float height);
+  // The two points of the model lie `distance` mm apart on the real
+  // object: the picture is scaled about the first one.
+  bool calibrateBackdrop(const TPointF& p1, const TPointF& p2, float distance);
+  void setBackdropOpacity(float alpha);
+  void setShowBackdrops(bool show);
+  void backdropUndo();
+  void backdropRedo();
+  // The backdrop tool's pointer: a press on a backdrop picks it, a drag
+  // moves it, the release records the move. With calibration started the
+  // next two clicks are its points, then the distance is asked. True when
+  // the event was the backdrop tool's.
+  bool backdropMouseDown(const TPointF& pixel);
+  bool backdropMouseMove(const TPointF& pixel);
+  bool backdropMouseUp(const TPointF& pixel);
+  void startBackdropCalibration();
+  std::vector<TPointF> FCalibrationPoints;
+  bool FCalibrating = false;
+  // What the painter keeps of the backdrops on the screen.
+  std::shared_ptr<void> FBackdropLayerCache;
+  // ==== end libraries ====
+
   // ==== SVG and DXF exchange (src/exchange/frm_pelw_exchange.cpp) ====
   // The export options, file and size dialogs; none without a window.
   IExchangeDialogs* FExchangeDialogs = nullptr;
@@ -546,6 +654,15 @@ class TfrmPelw : public TViewState {
   void noteLastStitch();
   std::string stitchPhrase(const char* key, const char* english) const;
   void finishStitching(int shownCount, const std::string& lengthText);
+  // ---- libraries ----
+  TBackdrop* FDraggingBackdrop = nullptr;
+  TPointF FBackDropOrgTopLeft;
+  TPointF FBackdropDragStart;
+  void backdropChanged(bool recordUndo);
+  bool addBackdropsFromPdf(const std::string& filename);
+  void showLibraryProblems(const std::vector<std::string>& problems);
+  void loadBackdropsOfProject(const std::vector<TBackdropData>& data, const std::string& projectFile);
+  void clearBackdrops();
   void prepareStitchCandidates();
   std::vector<TPW_Path*> stitchHitTest(const TPointF& point) const;
   // Empty, or why a row over these shapes is not laid with the settings:

@@ -25,7 +25,7 @@ void TfrmPelw::resetForNewDocument() {
   clearRedo();
   PathList->clearAll();
   FIntersections->Clear();
-  FBackdrops.clear();
+  clearBackdrops();
   FIsPrintAreaAvailable = false;
   FActiveLayer = 0;
 }
@@ -46,7 +46,7 @@ void TfrmPelw::newProjectWithoutQuestion() {
   PathList->clearAll();
   FIntersections->Clear();
   FSelectNextStitchingHoleMode = false;
-  FBackdrops.clear();
+  clearBackdrops();
   FIsPrintAreaAvailable = false;
   FFilename.clear();
   for (int i = 0; i < TPalletList::Count(); ++i) FPalletList[i].FIsVisible = true;

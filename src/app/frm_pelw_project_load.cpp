@@ -13,20 +13,16 @@
 #include "document/json_value_forms.h"
 #include "document/shape_normalise.h"
 
-namespace {
-
-TProjectReadContext readContext(TfrmPelw& f) {
+TProjectReadContext TfrmPelw::projectReadContext() const {
   TProjectReadContext c;
-  c.FMultiLang = f.FMultiLang.get();
-  c.FLangID = f.FLangID;
-  c.FIrons = &f.FPrickingIronGroups;
-  c.FPallet = &f.FPalletList;
-  c.FCurrentStyle = TShapeStyle{f.FSelectedPalette, f.FCurrentColor, f.FCurrentThickness, f.FCurrentDash};
-  c.FActiveLayer = f.FActiveLayer;
+  c.FMultiLang = FMultiLang.get();
+  c.FLangID = FLangID;
+  c.FIrons = const_cast<TPrickingIronGroups*>(&FPrickingIronGroups);
+  c.FPallet = &FPalletList;
+  c.FCurrentStyle = TShapeStyle{FSelectedPalette, FCurrentColor, FCurrentThickness, FCurrentDash};
+  c.FActiveLayer = FActiveLayer;
   return c;
 }
-
-}  // namespace
 
 bool TfrmPelw::loadProject(const std::string& filename) {
   // What an interrupted save of this file left beside it.
@@ -64,7 +60,7 @@ bool TfrmPelw::loadProjectText(const std::string& filename, const std::string& b
   TJsonTextState state = TJsonTextState::NotJson;
   TProjectContent content;
   try {
-    content = readProjectFileText(bytes, readContext(*this), state);
+    content = readProjectFileText(bytes, projectReadContext(), state);
   } catch (const std::exception& e) {
     showFault(filename + ": " + e.what());
     return false;
@@ -77,8 +73,8 @@ bool TfrmPelw::loadProjectText(const std::string& filename, const std::string& b
   }
   PathList = std::move(content.FList);
   FIntersections = std::move(content.FIntersections);
-  FBackdrops = std::move(content.FBackdrops);
   FFilename = filename;
+  loadBackdropsOfProject(content.FBackdrops, filename);
   updateCaption();
   actResetView();
   repairStitchLinks(*PathList);

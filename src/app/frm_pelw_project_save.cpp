@@ -22,7 +22,7 @@ std::string nameOf(const std::string& file) {
 }  // namespace
 
 void TfrmPelw::writeProjectFile(const std::string& filename) {
-  writeFileAtomically(filename, projectFileText(*PathList, FBackdrops));
+  writeFileAtomically(filename, projectFileText(*PathList, backdropsForFile()));
 }
 
 bool TfrmPelw::saveProject() {

@@ -65,7 +65,7 @@ void TfrmPelw::FormCreate(const std::vector<std::string>& args) {
     removeLeftoverTemporaries(folder);
   // The palette at its factory rows until the options overlay them.
   FPalletList = TPalletList();
-  FBackdrops.clear();
+  clearBackdrops();
   FCopyBuffer.clear();
   // The user's irons, or the built-in table when there is no iron file.
   FIronStartup = loadPrickingIronsAtStartup(FPrickingIronGroups,
@@ -103,6 +103,10 @@ void TfrmPelw::FormCreate(const std::vector<std::string>& args) {
     else FDefaultFont = FFontExists && FFontExists("Helvetica") ? "Helvetica" : "Arial";
   }
   if (!FIronStartup.FMessage.empty()) showFault(FIronStartup.FMessage);
+  // 12. Leather catalogs; 14, 15. the built-in templates, then the repository.
+  loadCatalogsAtStartup();
+  deployBuiltinTemplatesAtStartup();
+  loadRepositoryAtStartup();
   updateCaption();
   // With no window there is no canvas to measure: a common window's
   // drawing area, so that fitting the view gives sensible numbers.
@@ -156,6 +160,7 @@ void TfrmPelw::FormDestroy() {
     }
   }
   writeOptionsFile();
+  saveLibrariesAtShutdown();
   try {
     writePrickingIronFile(joinPath(FAppDataPath, kPrickingIronFileName), FPrickingIronGroups);
   } catch (const std::exception& e) {
@@ -165,7 +170,7 @@ void TfrmPelw::FormDestroy() {
   clearUndo();
   clearRedo();
   FCopyBuffer.clear();
-  FBackdrops.clear();
+  clearBackdrops();
 }
 
 std::string TfrmPelw::optionsFileName() const { return joinPath(FAppDataPath, kOptionsFileName); }
@@ -238,6 +243,10 @@ void TfrmPelw::setLanguage(const std::string& langID) {
   FOptions.FLangID = langID;
   if (PathList) PathList->FLangID = langID;
   FPrickingIronGroups.renameForLanguage(langID);
+  if (FRepository) {
+    FRepository->FRootRepositoryTreeItem->translateFolder([this](const std::string& key) { return phrase(key); });
+    if (FLibraryHost.repositoryChanged) FLibraryHost.repositoryChanged();
+  }
   if (FProgramHost.languageChanged) FProgramHost.languageChanged();
 }
 

@@ -38,7 +38,19 @@ void TfrmPelw::flushPendingSnapshot() {
   takeSnapshot();
 }
 
+bool TfrmPelw::canUndo() const {
+  if (FBackdropToolActive) return selectedBackdrop() && selectedBackdrop()->getUndoBufferCount() >= 2;
+  return FUndoList.size() >= 2;
+}
+
+bool TfrmPelw::canRedo() const {
+  if (FBackdropToolActive) return selectedBackdrop() && !selectedBackdrop()->FRedoList.empty();
+  return !FRedoList.empty();
+}
+
 void TfrmPelw::actUndo() {
+  // With the backdrop tool the selected backdrop's own undo.
+  if (FBackdropToolActive) return backdropUndo();
   // A pending wheel run is stored first, so that undo returns to before it.
   flushPendingSnapshot();
   if (FUndoList.size() < 2) return;
@@ -55,6 +67,7 @@ void TfrmPelw::actUndo() {
 }
 
 void TfrmPelw::actRedo() {
+  if (FBackdropToolActive) return backdropRedo();
   flushPendingSnapshot();
   if (FRedoList.empty()) return;
   FUndoList.push_back(std::move(FRedoList.back()));

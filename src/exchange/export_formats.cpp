@@ -43,7 +43,7 @@ std::string exportDxf(TExportJob& job) {
 }
 
 std::string exportProject(TExportJob& job) {
-  job.FFiles.emplace_back(job.FOutput, projectFileText(*job.FForm.PathList, job.FForm.FBackdrops));
+  job.FFiles.emplace_back(job.FOutput, projectFileText(*job.FForm.PathList, job.FForm.backdropsForFile()));
   return {};
 }
 

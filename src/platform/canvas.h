@@ -10,6 +10,7 @@
 
 #include "document/path_data.h"
 #include "document/types.h"
+#include "platform/raster_image.h"
 
 enum class TBrushKind { None, Solid, Bitmap };
 // The ends of a stroke: round unless asked otherwise.
@@ -98,6 +99,26 @@ class ICanvas {
   // A bitmap of the same kind as this canvas: w by h logical pixels at
   // `scale` device pixels each, transparent.
   virtual std::unique_ptr<ICanvasBitmap> createBitmap(int w, int h, double scale) = 0;
+
+  // ---- pictures: backdrops and leather fills ----
+  // A bitmap with no transparency (what is painted on it is laid on black
+  // where it leaves holes); drawn, it covers what is under it, which a
+  // canvas may do as a plain copy.
+  virtual std::unique_ptr<ICanvasBitmap> createOpaqueBitmap(int w, int h, double scale) {
+    return createBitmap(w, h, scale);
+  }
+  // A bitmap holding the picture's pixels (one device pixel each); null
+  // when this canvas shows no pictures.
+  virtual std::unique_ptr<ICanvasBitmap> createBitmapFromImage(const TRasterImage& image) {
+    (void)image;
+    return nullptr;
+  }
+  // Fills the path with the bitmap repeated, its pixels laid on the canvas
+  // through `bitmapToCanvas`. Nothing where the canvas shows no pictures.
+  virtual void fillPathWithBitmap(const TPathData& path, const ICanvasBitmap& bitmap, const TMatrix& bitmapToCanvas,
+                                  float opacity) {
+    (void)path, (void)bitmap, (void)bitmapToCanvas, (void)opacity;
+  }
 };
 
 class ICanvasBitmap {

@@ -2,6 +2,8 @@
 
 #include <cstdio>
 
+#include "platform/picture_decoder.h"
+
 void THeadlessDialogs::showMessage(const std::string& text) {
   std::fprintf(stderr, "pelwright: %s\n", text.c_str());
   std::fflush(stderr);
@@ -58,6 +60,30 @@ std::string TScriptedDialogs::saveFileName(const std::string& folder, const std:
                                            const std::string&) {
   FFileDialogs.push_back("save:" + folder + "|" + name);
   return nextName();
+}
+
+std::vector<int> IDialogs::choosePdfPages(IPdfPages& document, int maxPages) {
+  if (document.pageCount() > 0 && maxPages > 0) return {0};
+  return {};
+}
+
+std::optional<std::string> TScriptedDialogs::inputPassword(const std::string& caption, const std::string& prompt) {
+  return inputText(caption, prompt, "");
+}
+
+std::string TScriptedDialogs::chooseFolder(const std::string& title, const std::string&) {
+  FFileDialogs.push_back("folder:" + title);
+  if (FFolders.empty()) return {};
+  std::string f = FFolders.front();
+  FFolders.pop_front();
+  return f;
+}
+
+std::vector<int> TScriptedDialogs::choosePdfPages(IPdfPages& document, int maxPages) {
+  if (FPdfPages.empty()) return IDialogs::choosePdfPages(document, maxPages);
+  std::vector<int> pages = FPdfPages.front();
+  FPdfPages.pop_front();
+  return pages;
 }
 
 std::optional<std::string> TScriptedDialogs::inputText(const std::string& caption, const std::string& prompt,

@@ -9,6 +9,8 @@
 #include <string>
 #include <vector>
 
+class IPdfPages;
+
 enum class TDialogAnswer { Yes, No, Cancel };
 
 class IDialogs {
@@ -25,6 +27,21 @@ class IDialogs {
   virtual std::string openFileName(const std::string& folder, const std::string& extension) = 0;
   virtual std::string saveFileName(const std::string& folder, const std::string& name,
                                    const std::string& extension) = 0;
+
+  // ---- libraries: passwords, folders and PDF pages ----
+  // A password, typed unseen; nothing when cancelled or without a person.
+  virtual std::optional<std::string> inputPassword(const std::string& caption, const std::string& prompt) {
+    (void)caption, (void)prompt;
+    return std::nullopt;
+  }
+  // A folder; empty when cancelled.
+  virtual std::string chooseFolder(const std::string& title, const std::string& start) {
+    (void)title, (void)start;
+    return {};
+  }
+  // The pages of a PDF to take as backdrops (zero-based), at most
+  // maxPages; none when cancelled. Without a person: the first page.
+  virtual std::vector<int> choosePdfPages(IPdfPages& document, int maxPages);
   // One line of text, preset with `preset`; nothing when cancelled. Without
   // a person there the question is cancelled.
   virtual std::optional<std::string> inputText(const std::string& caption, const std::string& prompt,
@@ -56,6 +73,8 @@ class TScriptedDialogs : public IDialogs {
   std::vector<std::string> FMessages;   // showMessage texts
   std::vector<std::string> FQuestions;  // texts of both kinds of question
   std::vector<std::string> FFileDialogs;  // "open:<folder>" or "save:<folder>|<name>"
+  std::deque<std::string> FFolders;        // chooseFolder answers
+  std::deque<std::vector<int>> FPdfPages;  // choosePdfPages answers; none left: the first page
   std::deque<std::string> FInputs;  // lines typed; none left: cancelled
 
   void showMessage(const std::string& text) override { FMessages.push_back(text); }
@@ -64,6 +83,10 @@ class TScriptedDialogs : public IDialogs {
   std::string openFileName(const std::string& folder, const std::string& extension) override;
   std::string saveFileName(const std::string& folder, const std::string& name,
                            const std::string& extension) override;
+  // Takes its answer from FInputs, as inputText does.
+  std::optional<std::string> inputPassword(const std::string& caption, const std::string& prompt) override;
+  std::string chooseFolder(const std::string& title, const std::string& start) override;
+  std::vector<int> choosePdfPages(IPdfPages& document, int maxPages) override;
   std::optional<std::string> inputText(const std::string& caption, const std::string& prompt,
                                        const std::string& preset) override;
 

@@ -96,6 +96,12 @@ void TRecordingCanvas::setMatrix(const TMatrix& m) {
   PW_RECORD("matrix", false, 1.0f, (void)0);
 }
 
+void TRecordingCanvas::fillPathWithBitmap(const TPathData& path, const ICanvasBitmap& bitmap,
+                                          const TMatrix& bitmapToCanvas, float opacity) {
+  FLastBitmapFillMatrix = bitmapToCanvas;
+  PW_RECORD("fillPathBitmap", true, opacity, (o.path = path, o.bitmap = &bitmap));
+}
+
 #undef PW_RECORD
 
 float TRecordingCanvas::textWidth(const std::string& text) {
@@ -113,6 +119,11 @@ TPathData TRecordingCanvas::textToPath(const std::string& text, const TRectF& r)
 
 std::unique_ptr<ICanvasBitmap> TRecordingCanvas::createBitmap(int w, int h, double scale) {
   return std::make_unique<TRecordingBitmap>(w, h, scale);
+}
+
+std::unique_ptr<ICanvasBitmap> TRecordingCanvas::createBitmapFromImage(const TRasterImage& image) {
+  if (image.isEmpty()) return nullptr;
+  return std::make_unique<TRecordingBitmap>(image.FWidth, image.FHeight, 1.0);
 }
 
 TRecordingBitmap::TRecordingBitmap(int w, int h, double scale)

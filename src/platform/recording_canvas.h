@@ -11,7 +11,7 @@
 
 struct TCanvasOp {
   // "clear", "line", "drawEllipse", "fillEllipse", "drawRect", "fillRect",
-  // "drawPath", "fillPath", "bitmap", "text", "matrix".
+  // "drawPath", "fillPath", "bitmap", "text", "matrix", "fillPathBitmap".
   std::string op;
   TPointF a, b;           // line ends
   TRectF rect;            // ellipse, rectangle, text box, bitmap destination
@@ -76,6 +76,12 @@ class TRecordingCanvas : public ICanvas {
   void setMatrix(const TMatrix& m) override;
   TMatrix matrix() const override { return FMatrix; }
   std::unique_ptr<ICanvasBitmap> createBitmap(int w, int h, double scale) override;
+  // A recorded bitmap of the picture's size; the fill is recorded as
+  // "fillPathBitmap", its matrix kept in FLastBitmapFillMatrix.
+  std::unique_ptr<ICanvasBitmap> createBitmapFromImage(const TRasterImage& image) override;
+  void fillPathWithBitmap(const TPathData& path, const ICanvasBitmap& bitmap, const TMatrix& bitmapToCanvas,
+                          float opacity) override;
+  TMatrix FLastBitmapFillMatrix;
 
  private:
   int FW, FH;

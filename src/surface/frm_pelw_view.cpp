@@ -62,6 +62,7 @@ void TfrmPelw::pboxMouseDown(TMouseButton button, TShiftState shift, const TPoin
   FIsMouseDown = true;
   FFirstMousePos = pixel;
   FLastMousePos = pixel;
+  if (button == TMouseButton::mbLeft && backdropMouseDown(pixel)) return;
   if (button == TMouseButton::mbRight || button == TMouseButton::mbMiddle) {
     FOriginalOffset = FOffset;
     FIsScreenDragging = true;
@@ -71,6 +72,7 @@ void TfrmPelw::pboxMouseDown(TMouseButton button, TShiftState shift, const TPoin
 void TfrmPelw::pboxMouseMove(TShiftState shift, const TPointF& pixel) {
   FLastShiftState = shift;
   FLastMousePos = pixel;
+  if (backdropMouseMove(pixel)) return;
   if (FIsScreenDragging) FOffset = FOriginalOffset + (pixel - FFirstMousePos);
   refreshStatus();
   RepaintCanvas(!FIsScreenDragging);
@@ -80,6 +82,7 @@ void TfrmPelw::pboxMouseUp(TMouseButton button, TShiftState shift, const TPointF
   FLastShiftState = shift;
   FLastMousePos = pixel;
   FIsMouseDown = false;
+  if (button == TMouseButton::mbLeft && backdropMouseUp(pixel)) return;
   if (FIsScreenDragging) {
     FIsScreenDragging = false;
     RepaintCanvas();

@@ -62,10 +62,18 @@ bool TScenePainter::layerVisible(int layer) {
 
 void TScenePainter::paint() {
   F.updateGridTick();
-  // Back to front: the background, the grid, the shapes, then what lies
-  // over the drawing. A failure in one part is logged and the rest still
-  // paints.
-  C.clear(canvasBackground(FBlack, F.FIsPrinting, F.FViewOptions.FWhiteBGColor));
+  // Back to front: the background and the backdrops (which paint the
+  // background themselves when there are any), the grid, the shapes, then
+  // what lies over the drawing. A failure in one part is logged and the
+  // rest still paints.
+  const TAlphaColor background = canvasBackground(FBlack, F.FIsPrinting, F.FViewOptions.FWhiteBGColor);
+  bool painted = false;
+  try {
+    painted = paintBackdrops(background);
+  } catch (const std::exception& e) {
+    F.logPaintError(exceptionClassName(e), e.what(), nullptr);
+  }
+  if (!painted) C.clear(background);
   if (F.FShowGrid && !F.FIsPrinting) {
     try {
       paintGrid();

@@ -15,6 +15,7 @@
 #include "surface/view_colors.h"
 
 class TfrmPelw;
+class TBackdrop;
 
 // The stroke a shape gets.
 struct TShapePen {
@@ -61,6 +62,9 @@ class TScenePainter {
   void paint();
 
   // Steps, in the order paint() runs them.
+  // The background with the backdrops on it; false (nothing painted)
+  // without backdrops to show.
+  bool paintBackdrops(TAlphaColor background);
   void paintGrid();
   void paintShapes();
   void paintGroupFrames();
@@ -115,4 +119,7 @@ class TScenePainter {
   void dottedBox(const TRectF& real, float opacity);
   void arrowHead(const TPointF& tip, const TPointF& from, double length, float opacity);
   bool threadShowsOn(const TPW_Path& hole) const;
+  // Backdrops and leather pictures (surface/backdrop_paint.cpp).
+  void paintOneBackdrop(ICanvas& canvas, TBackdrop& backdrop, float opacity);
+  bool fillWithLeather(TPW_Path& shape, const TPathData& screenPath, float opacity);
 };

@@ -125,7 +125,7 @@ void TScenePainter::paintBody(TPW_Path& shape, const TShapePen& pen, float opaci
   }
   if (type == ShapeType::Other) {
     const bool filled = shape.fillPath() && F.FPaintSwitches.chkFillOn;
-    if (filled) {
+    if (filled && !fillWithLeather(shape, path, opacity)) {
       C.setFill(pen.fill, TBrushKind::Solid);
       C.fillPath(path, shape.FOpacity * opacity);
     }

@@ -10,6 +10,7 @@
 
 #include "app/frm_pelw.h"
 #include "platform/qt/canvas_widget.h"
+#include "platform/qt/library_panels.h"
 #include "platform/qt/qt_timer.h"
 #include "surface/view_colors.h"
 #include "surface/view_phrases.h"
@@ -23,6 +24,7 @@ TMainWindow::TMainWindow(TfrmPelw& form, QWidget* parent) : QMainWindow(parent),
   buildViewMenu();
   buildLanguageMenu();
   buildToolsMenu();
+  FLibraries = new TLibraryPanels(*this, *FCanvas, FForm);
   buildStlExport();
   buildPrintCommands();
   buildStatusLine();
@@ -279,7 +281,10 @@ void TMainWindow::connectProgramHost() {
     if (FActRedo) FActRedo->setEnabled(FForm.canRedo());
   };
   FForm.FProgramHost.layerPanelChanged = [this] { FCanvas->update(); };
-  FForm.FProgramHost.languageChanged = [this] { retranslate(); };
+  FForm.FProgramHost.languageChanged = [this] {
+    retranslate();
+    if (FLibraries) FLibraries->retranslate();
+  };
   FForm.FProgramHost.closeWindow = [this] { close(); };
   refreshCaption();
   FForm.FProgramHost.undoStateChanged();

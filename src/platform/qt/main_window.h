@@ -9,6 +9,7 @@ class TCanvasWidget;
 class TRulerWidget;
 class QLabel;
 class QAction;
+class TLibraryPanels;
 class TfrmDyeSimulator;
 struct TPhraseKey;
 
@@ -37,6 +38,7 @@ class TMainWindow : public QMainWindow {
   QAction* FActUndo = nullptr;
   QAction* FActRedo = nullptr;
   QMenu* FLanguageMenu = nullptr;
+  TLibraryPanels* FLibraries = nullptr;  // repository, catalog, backdrops
 
   // Every text of the window from the phrase table, in the current language.
   void retranslate();

@@ -451,7 +451,49 @@ TQtBitmap::TQtBitmap(int w, int h, double scale)
   FImage.fill(Qt::transparent);
 }
 
+TQtBitmap::TQtBitmap(QImage image) : FImage(std::move(image)) {}
+
 TQtBitmap::~TQtBitmap() = default;
+
+// The picture's pixels as a QImage. An opaque picture is shown in place
+// (its pixels are already Qt's RGB32); one with transparency is copied
+// into the premultiplied form Qt draws fastest.
+QImage qImageOfPicture(const TRasterImage& image) {
+  if (image.isEmpty()) return {};
+  const std::vector<uint32_t>& px = *image.FPixels;
+  const bool opaque = std::all_of(px.begin(), px.end(), [](uint32_t p) { return (p >> 24) == 0xFF; });
+  auto* keep = new std::shared_ptr<const std::vector<uint32_t>>(image.FPixels);
+  QImage shared(reinterpret_cast<const uchar*>(px.data()), image.FWidth, image.FHeight, image.FWidth * 4,
+                opaque ? QImage::Format_RGB32 : QImage::Format_ARGB32,
+                [](void* p) { delete static_cast<std::shared_ptr<const std::vector<uint32_t>>*>(p); }, keep);
+  if (opaque) return shared;
+  return shared.convertToFormat(QImage::Format_ARGB32_Premultiplied);
+}
+
+std::unique_ptr<ICanvasBitmap> TQtCanvas::createOpaqueBitmap(int w, int h, double scale) {
+  // RGB32: Qt draws it as a copy, not a blend.
+  QImage image(std::max(1, static_cast<int>(std::lround(w * scale))), std::max(1, static_cast<int>(std::lround(h * scale))),
+               QImage::Format_RGB32);
+  image.setDevicePixelRatio(scale);
+  image.fill(Qt::black);
+  return std::make_unique<TQtBitmap>(std::move(image));
+}
+
+std::unique_ptr<ICanvasBitmap> TQtCanvas::createBitmapFromImage(const TRasterImage& image) {
+  if (image.isEmpty()) return nullptr;
+  return std::make_unique<TQtBitmap>(qImageOfPicture(image));
+}
+
+void TQtCanvas::fillPathWithBitmap(const TPathData& path, const ICanvasBitmap& bitmap, const TMatrix& m,
+                                   float opacity) {
+  const auto* b = dynamic_cast<const TQtBitmap*>(&bitmap);
+  if (!b || b->image().isNull()) return;
+  QBrush brush(b->image());
+  brush.setTransform(QTransform(m.m11, m.m12, m.m21, m.m22, m.m31, m.m32));
+  FPainter->setOpacity(opacity);
+  FPainter->setRenderHint(QPainter::SmoothPixmapTransform, true);
+  FPainter->fillPath(toQPainterPath(path), brush);
+}
 
 ICanvas& TQtBitmap::canvas() {
   if (!FCanvas) FCanvas = std::make_unique<TImageCanvas>(FImage);

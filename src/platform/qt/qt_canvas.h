@@ -50,6 +50,10 @@ class TQtCanvas : public ICanvas {
   void setMatrix(const TMatrix& m) override;
   TMatrix matrix() const override { return FMatrix; }
   std::unique_ptr<ICanvasBitmap> createBitmap(int w, int h, double scale) override;
+  std::unique_ptr<ICanvasBitmap> createBitmapFromImage(const TRasterImage& image) override;
+  std::unique_ptr<ICanvasBitmap> createOpaqueBitmap(int w, int h, double scale) override;
+  void fillPathWithBitmap(const TPathData& path, const ICanvasBitmap& bitmap, const TMatrix& bitmapToCanvas,
+                          float opacity) override;
   // Every mark drawn as a vector, for printers and PDF files: none of the
   // screen's shortcuts through small images.
   void setVectorOutput(bool on) { FVectorOutput = on; }
@@ -80,6 +84,8 @@ class TQtCanvas : public ICanvas {
 class TQtBitmap : public ICanvasBitmap {
  public:
   TQtBitmap(int w, int h, double scale);
+  // A bitmap showing the image (shared, not copied where Qt can draw it as it is).
+  explicit TQtBitmap(QImage image);
   ~TQtBitmap() override;
   int width() const override { return FImage.width(); }
   int height() const override { return FImage.height(); }

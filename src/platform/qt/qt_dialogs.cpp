@@ -3,9 +3,19 @@
 #include <QDir>
 #include <QFileDialog>
 #include <QInputDialog>
+#include <QLineEdit>
 #include <QMessageBox>
 
+#include "platform/qt/pdf_viewer.h"
+
 QString TQtDialogs::filterFor(const std::string& extension) const {
+  if (extension == ".ctlg") return "Pelwright Catalog Data (*.ctlg)";
+  if (extension.find(';') != std::string::npos) {
+    // A list of extensions: pictures (and PDF).
+    QStringList patterns;
+    for (const QString& e : QString::fromStdString(extension).split(';', Qt::SkipEmptyParts)) patterns << "*" + e;
+    return QString("Pictures (%1);;All files (*)").arg(patterns.join(' '));
+  }
   if (!FFilter.isEmpty()) return FFilter;
   const QString ext = QString::fromStdString(extension);
   if (ext == ".stl") return "STL files (*.stl)";
@@ -51,6 +61,30 @@ std::string TQtDialogs::saveFileName(const std::string& folder, const std::strin
   return dialog.selectedFiles().first().toStdString();
 }
 
+std::optional<std::string> TQtDialogs::inputPassword(const std::string& caption, const std::string& prompt) {
+  bool ok = false;
+  const QString text = QInputDialog::getText(FParent, QString::fromStdString(caption), QString::fromStdString(prompt),
+                                             QLineEdit::Password, QString(), &ok);
+  if (!ok) return std::nullopt;
+  return text.toStdString();
+}
+
+std::string TQtDialogs::chooseFolder(const std::string& title, const std::string& start) {
+  const QString from = start.empty() ? QDir::homePath() : QString::fromStdString(start);
+  return QFileDialog::getExistingDirectory(FParent, QString::fromStdString(title), from).toStdString();
+}
+
+std::vector<int> TQtDialogs::choosePdfPages(IPdfPages& document, int maxPages) {
+  auto text = [this](const char* key, const char* english) {
+    const QString t = FPhrase ? FPhrase(key) : QString();
+    return t.isEmpty() ? QString(english) : t;
+  };
+  TfrmPDFViewer viewer(FParent, text("frmPDFViewer", "PDF pages"), text("lblPDF_Pages", "Pages to use as backdrops:"),
+                       text("PDF_Page", "Page"));
+  viewer.setPDF(document, maxPages);
+  if (viewer.exec() != QDialog::Accepted) return {};
+  return viewer.checkedPages();
+}
 std::optional<std::string> TQtDialogs::inputText(const std::string& caption, const std::string& prompt,
                                                  const std::string& preset) {
   bool ok = false;

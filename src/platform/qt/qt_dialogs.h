@@ -3,6 +3,7 @@
 
 #include <QPointer>
 #include <QWidget>
+#include <functional>
 
 #include "platform/dialogs.h"
 
@@ -21,6 +22,11 @@ class TQtDialogs : public IDialogs {
   std::string openFileName(const std::string& folder, const std::string& extension) override;
   std::string saveFileName(const std::string& folder, const std::string& name,
                            const std::string& extension) override;
+  std::optional<std::string> inputPassword(const std::string& caption, const std::string& prompt) override;
+  std::string chooseFolder(const std::string& title, const std::string& start) override;
+  std::vector<int> choosePdfPages(IPdfPages& document, int maxPages) override;
+  // Texts of the PDF page dialog (the program's language).
+  std::function<QString(const char* key)> FPhrase;
   std::optional<std::string> inputText(const std::string& caption, const std::string& prompt,
                                        const std::string& preset) override;
 

@@ -1,6 +1,9 @@
 // Whole stitch rows: the divider walk round a closed outline of a metre and
 // along an open route of two metres, as the stitch tool runs them, and
-// their parts: one trial, the pitch search, the route network.
+// their parts: one trial, the pitch search, the route network. Beside the
+// rows, in the same run, the references of reference_rows.h over the same
+// routes: the plain even-split pass a simpler program lays, and the full
+// pitch search of up to a hundred walks.
 #include <benchmark/benchmark.h>
 
 #include <cmath>
@@ -9,8 +12,11 @@
 #include <vector>
 
 #include "app/frm_pelw.h"
+#include "app/sample_card_holder.h"
 #include "document/point_helpers.h"
 #include "document/shape_list.h"
+#include "reference_rows.h"
+#include "stitching/chain_order.h"
 #include "geometry/collect_intersections.h"
 #include "stitching/divider_walk.h"
 #include "stitching/pricking_iron.h"
@@ -115,6 +121,94 @@ struct TBenchDoc {
     }, last);
   }
 };
+
+// ---- rows beside the references: holes made and added in every case ----
+
+// Times `row(doc)` (it returns the holes it made) over the drawing, the
+// holes taken out again between rounds outside the timing.
+template <class TRow>
+void timeRows(benchmark::State& state, TBenchDoc& doc, TRow&& row) {
+  const size_t drawn = doc.list.Count();
+  int holes = 0;
+  for (auto _ : state) {
+    holes = row(doc);
+    state.PauseTiming();
+    while (doc.list.Count() > drawn) doc.list.erase(doc.list.Count() - 1);
+    doc.last = nullptr;
+    state.ResumeTiming();
+  }
+  state.counters["holes"] = holes;
+}
+
+// The body's stitch line of the card holder: four runs, four rounded corners.
+struct TCardHolderDoc : TBenchDoc {
+  std::vector<TPW_Path*> loop;
+  TCardHolderDoc() : TBenchDoc({}) {
+    buildCardHolderSample(list, nullptr);
+    collectIntersectionsFrom(list, crossings, 0);
+    for (const auto& s : list)
+      if (s->FShapeType == ShapeType::Line && s->FStartPt.y == 3.0f && s->FEndPt.y == 3.0f) {
+        loop = findClosedLoop(s.get(), list);
+        break;
+      }
+  }
+};
+
+std::unique_ptr<TBenchDoc> straightLine() {
+  auto line = blank();
+  line->drawLinePath(TPointF(10, 10), TPointF(110, 10));
+  std::vector<std::unique_ptr<TPW_Path>> v;
+  v.push_back(std::move(line));
+  return std::make_unique<TBenchDoc>(std::move(v));
+}
+
+// Arg: the pitch search as it is (0), the full search of the reference (1),
+// the even-split pass (2).
+int outlineRow(TBenchDoc& doc, const std::vector<TPW_Path*>& loop, float pitch, int how) {
+  TRowHoles h = doc.holes();
+  TStitchSettings s = uniformAuto();
+  s.FPitch = pitch;
+  if (how == 0) return placeOnClosedPath(loop, loop[0]->FStartPt, s, h).count();
+  if (how == 2)
+    return reference::evenSplitPass(loop, pitch, true, [&](const TPointF& p, float r) { h.makeHole(p, r); });
+  const TRouteTrack track = TRouteTrack::aroundLoop(loop, loop[0]->FStartPt);
+  for (const TTrackPos& place : reference::ring(track, s))
+    if (TPW_Path* hole = h.makeHole(track.onDrawing(place), rotationOfDirection(TPointF(), toPointF(track.directionAt(place)))))
+      h.chainAfterLast(*hole, pitch);
+  return static_cast<int>(h.made().size());
+}
+
+void BM_RowOutline(benchmark::State& state) {
+  TBenchDoc doc(closedOutline(400));
+  timeRows(state, doc, [&](TBenchDoc& d) { return outlineRow(d, d.shapes, 4.0f, int(state.range(0))); });
+}
+BENCHMARK(BM_RowOutline)->Arg(0)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond);
+
+void BM_RowCardHolder(benchmark::State& state) {
+  TCardHolderDoc doc;
+  timeRows(state, doc, [&](TBenchDoc& d) { return outlineRow(d, doc.loop, 3.85f, int(state.range(0))); });
+}
+BENCHMARK(BM_RowCardHolder)->Arg(0)->Arg(1)->Arg(2)->Unit(benchmark::kMicrosecond);
+
+// Arg: the row by the API's rules (0), the even-split pass (2).
+void BM_RowLine100(benchmark::State& state) {
+  auto doc = straightLine();
+  TPW_Path* line = doc->shapes[0];
+  timeRows(state, *doc, [&](TBenchDoc& d) {
+    TRowHoles h = d.holes();
+    if (state.range(0) == 2)
+      return reference::evenSplitPass({line}, 4.0, false, [&](const TPointF& p, float r) { h.makeHole(p, r); });
+    TOpenRow row;
+    row.FRoute = {line};
+    row.FLegs = {TTrackLeg{line, line->FStartPt, line->FEndPt}};
+    row.FStart = line->FStartPt;
+    row.FEnd = line->FEndPt;
+    row.FHasEndVertex = true;
+    row.FRouteLength = 100.0f;
+    return layOpenRow(row, uniformAuto(), h, TRowCaller::Api).count();
+  });
+}
+BENCHMARK(BM_RowLine100)->Arg(0)->Arg(2)->Unit(benchmark::kMicrosecond);
 
 // The whole one-click row round the outline: the ring whose pitch comes
 // nearest the wanted one, found by halving, and the holes punched.

@@ -101,7 +101,8 @@ void TPitchSearch::run(float startPitch, bool hasEndVertex) {
   // the steps unevenly), the row of the count whose closing pitch comes
   // nearest the wanted one; but no two holes closer than half of it.
   if (FBestGap >= FSettings.FAutoPitchStopGap) {
-    const double p = track.pitchForSteps(track.nearestStepCount(FSettings.FPitch));
+    double p = 0.0;
+    track.nearestStepCount(FSettings.FPitch, &p);
     if (p >= FSettings.FPitch / 2.0) keepBestTrial(p);
   }
 }

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 #include <climits>
+#include <iterator>
+#include <map>
 
 #include "document/point_helpers.h"
 #include "stitching/route_stretch.h"
@@ -152,8 +154,13 @@ TDPoint TRouteTrack::directionAt(const TTrackPos& pos) const {
 
 bool TRouteTrack::nextAtChord(const TTrackPos& from, const TDPoint& center, double radius,
                               TTrackPos& next) const {
+  return exitFrom(from, from.FPiece, center, radius, next);
+}
+
+bool TRouteTrack::exitFrom(const TTrackPos& from, int first, const TDPoint& center, double radius,
+                           TTrackPos& next) const {
   const double r2 = radius * radius;
-  for (int i = from.FPiece; i < pieceCount(); ++i) {
+  for (int i = first; i < pieceCount(); ++i) {
     const TDPoint& a = FPoints[size_t(i)];
     const TDPoint& b = FPoints[size_t(i) + 1];
     const double u0 = i == from.FPiece ? from.FAlong : 0.0;
@@ -178,6 +185,17 @@ bool TRouteTrack::nextAtChord(const TTrackPos& from, const TDPoint& center, doub
   return false;
 }
 
+bool TRouteTrack::stepFrom(const TTrackPos& from, const TDPoint& center, double pitch, TTrackPos& next) const {
+  // A chord is never longer than the way it spans, so every piece that ends
+  // less than a pitch along the track from the dividers lies inside their
+  // circle: the search starts at the first piece reaching that far (less a
+  // margin well above the rounding of the length table).
+  const double reach = distanceAt(from) + pitch - 1e-9 * (length() + pitch + 1.0);
+  const auto it = std::lower_bound(FAt.begin() + from.FPiece + 1, FAt.end(), reach);
+  const int first = std::max(from.FPiece, static_cast<int>(it - FAt.begin()) - 1);
+  return exitFrom(from, first, center, pitch, next);
+}
+
 TPointF TRouteTrack::onDrawing(const TTrackPos& pos) const {
   const TDPoint p = pointAt(pos);
   const TPW_Path* s = FLegShapes[size_t(FLegOf[size_t(pos.FPiece)])];
@@ -191,7 +209,7 @@ void TRouteTrack::walk(double pitch, int most, std::vector<TTrackPos>& places) c
   TTrackPos at{0, 0.0}, next;
   places.push_back(at);
   TDPoint cur = start();
-  for (int step = 0; step < most && nextAtChord(at, cur, pitch, next); ++step) {
+  for (int step = 0; step < most && stepFrom(at, cur, pitch, next); ++step) {
     at = next;
     cur = pointAt(at);
     places.push_back(at);
@@ -203,50 +221,42 @@ int TRouteTrack::stepsAt(double pitch, int most) const {
   TTrackPos at{0, 0.0}, next;
   TDPoint cur = start();
   int steps = 0;
-  for (; steps < most && nextAtChord(at, cur, pitch, next); ++steps) {
+  for (; steps < most && stepFrom(at, cur, pitch, next); ++steps) {
     at = next;
     cur = pointAt(at);
   }
   return steps;
 }
 
-double TRouteTrack::pitchForSteps(int steps) const {
-  if (steps < 1 || !(length() > 0.0)) return 0.0;
-  auto reaches = [&](double p) { return stepsAt(p, steps) >= steps; };
-  // A chord is never longer than the way it spans, so above length / steps
-  // the walk cannot make that many.
-  double hi = length() / steps * (1.0 + 1e-12);
-  double lo = length() / steps * 0.9;
-  for (int i = 0; i < 40 && !reaches(lo); ++i) lo /= 2.0;
-  if (!reaches(lo)) return 0.0;
-  for (int i = 0; i < 64 && hi - lo > 1e-9 * std::max(1.0, hi); ++i) {
-    const double mid = (lo + hi) / 2.0;
-    (reaches(mid) ? lo : hi) = mid;
-  }
-  return lo;
-}
+// ---- the pitch that closes a count (its halving in closing_pitch.cpp) ----
 
-int TRouteTrack::nearestStepCount(double pitch) const {
+int TRouteTrack::nearestStepCount(double pitch, double* closingPitch) const {
+  if (closingPitch) *closingPitch = 0.0;
   if (!(pitch > 0.0) || !(length() > 0.0)) return 0;
+  // Each count's pitch is found once, and the one chosen handed back.
+  std::map<int, double> found;
+  auto pitchOf = [&](int steps) {
+    const auto it = found.find(steps);
+    if (it != found.end()) return it->second;
+    // A neighbouring count's pitch, scaled, is a close first guess.
+    double seed = 0.0;
+    if (!found.empty()) {
+      const auto near = found.lower_bound(steps) == found.end() ? std::prev(found.end()) : found.lower_bound(steps);
+      seed = near->second * near->first / steps;
+    }
+    return found[steps] = pitchForStepsFrom(steps, seed);
+  };
   // The pitches fall as the steps rise: find the two counts either side.
   int more = std::max(1, static_cast<int>(std::lround(length() / pitch)));
-  double pMore = pitchForSteps(more);
   int fewer = more;
-  double pFewer = pMore;
-  if (pMore >= pitch) {
-    for (int k = 0; k < 64 && pMore >= pitch && pMore > 0.0; ++k) {
-      fewer = more;
-      pFewer = pMore;
-      pMore = pitchForSteps(++more);
-    }
+  if (pitchOf(more) >= pitch) {
+    for (int k = 0; k < 64 && pitchOf(more) >= pitch && pitchOf(more) > 0.0; ++k) fewer = more++;
   } else {
-    for (int k = 0; k < 64 && pFewer < pitch && fewer > 1; ++k) {
-      more = fewer;
-      pMore = pFewer;
-      pFewer = pitchForSteps(--fewer);
-    }
+    for (int k = 0; k < 64 && pitchOf(fewer) < pitch && fewer > 1; ++k) more = fewer--;
   }
-  if (!(pFewer > 0.0)) return pMore > 0.0 ? more : 0;
-  if (pMore > 0.0 && std::fabs(pMore - pitch) < std::fabs(pFewer - pitch)) return more;
-  return fewer;
+  int count = fewer;
+  if (!(pitchOf(fewer) > 0.0)) count = pitchOf(more) > 0.0 ? more : 0;
+  else if (pitchOf(more) > 0.0 && std::fabs(pitchOf(more) - pitch) < std::fabs(pitchOf(fewer) - pitch)) count = more;
+  if (closingPitch && count > 0) *closingPitch = pitchOf(count);
+  return count;
 }

@@ -183,9 +183,14 @@ TClosedOutcome placeOnClosedPath(const std::vector<TPW_Path*>& shapes, const TPo
   // on the first hole.
   const TRouteTrack track = TRouteTrack::aroundLoop(shapes, startPt);
   int holeCount = 0;
-  if (settings.isAuto()) holeCount = track.nearestStepCount(p0);
-  else if (settings.isCount()) holeCount = static_cast<int>(roundHalfEven(settings.FNumOfHoles));
-  const double ringPitch = holeCount >= 2 ? track.pitchForSteps(holeCount) : 0.0;
+  double ringPitch = 0.0;
+  if (settings.isAuto()) {
+    holeCount = track.nearestStepCount(p0, &ringPitch);
+    if (holeCount < 2) ringPitch = 0.0;
+  } else if (settings.isCount()) {
+    holeCount = static_cast<int>(roundHalfEven(settings.FNumOfHoles));
+    if (holeCount >= 2) ringPitch = track.pitchForSteps(holeCount);
+  }
   std::vector<TTrackPos> ring;
   const double pitch = ringPitch > 0.0 ? ringPitch : p0;
   track.walk(pitch, ringPitch > 0.0 ? holeCount - 1 : kMaxRowHoles, ring);
